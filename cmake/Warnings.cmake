@@ -1,0 +1,14 @@
+# One interface target carries the warnings and sanitizer flags; every target links it.
+add_library(ombrevale_warnings INTERFACE)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  target_compile_options(ombrevale_warnings INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wcast-align
+    -Wold-style-cast -Wconversion -Wsign-conversion)
+  if(OMBREVALE_WERROR)
+    target_compile_options(ombrevale_warnings INTERFACE -Werror)
+  endif()
+endif()
+if(OMBREVALE_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=address,undefined)
+endif()

@@ -1,0 +1,22 @@
+#pragma once
+// What the renders need of a picture control. The window implements it with
+// a QImage; the tests with a small BMP reader of their own.
+
+#include <cstdint>
+#include <string>
+
+class PictureControl {
+public:
+    virtual ~PictureControl() = default;
+
+    // Cls: wipes what the control shows.
+    virtual void Cls() = 0;
+    // LoadPicture + Picture: decodes the BMP at sPath and shows it at its own
+    // size. Returns false, leaving the control as it was, if it cannot.
+    virtual bool LoadPicture(const std::string& sPath) = 0;
+    // SetPixelV: one pixel; colour is red + green * 256 + blue * 65536.
+    // Pixels outside the picture are not seen.
+    virtual void SetPixelV(int x, int y, std::int32_t colour) = 0;
+    virtual int Width() const = 0;
+    virtual int Height() const = 0;
+};
