@@ -1,0 +1,27 @@
+#pragma once
+// Appends little-endian numbers and byte runs to a growing buffer.
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+class ByteWriter {
+public:
+    explicit ByteWriter(std::vector<std::uint8_t>& out) : out_(out) {}
+
+    void U8(std::uint8_t v) { out_.push_back(v); }
+    void U16(std::uint16_t v) {
+        out_.push_back(static_cast<std::uint8_t>(v & 0xFF));
+        out_.push_back(static_cast<std::uint8_t>(v >> 8));
+    }
+    void I16(std::int16_t v) { U16(static_cast<std::uint16_t>(v)); }
+    void U32(std::uint32_t v) {
+        for (int shift = 0; shift < 32; shift += 8) out_.push_back(static_cast<std::uint8_t>((v >> shift) & 0xFF));
+    }
+    void I32(std::int32_t v) { U32(static_cast<std::uint32_t>(v)); }
+    void Bytes(std::span<const std::uint8_t> bytes) { out_.insert(out_.end(), bytes.begin(), bytes.end()); }
+    void Zeros(std::size_t n) { out_.insert(out_.end(), n, 0); }
+
+private:
+    std::vector<std::uint8_t>& out_;
+};

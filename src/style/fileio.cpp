@@ -1,0 +1,77 @@
+#include "style/fileio.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <system_error>
+
+#include "style/messages.h"
+
+namespace fs = std::filesystem;
+
+namespace styleio {
+
+bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& out, std::string& why) {
+    std::error_code ec;
+    const auto status = fs::status(path, ec);
+    if (ec || !fs::exists(status)) {
+        why = "there is no such file";
+        return false;
+    }
+    if (fs::is_directory(status)) {
+        why = "it is a folder, not a file";
+        return false;
+    }
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        why = "it cannot be opened for reading";
+        return false;
+    }
+    in.seekg(0, std::ios::end);
+    const std::streamoff length = in.tellg();
+    in.seekg(0, std::ios::beg);
+    if (length < 0) {
+        why = "its length cannot be read";
+        return false;
+    }
+    if (static_cast<std::uintmax_t>(length) > kMaxStyleFileBytes) {
+        why = "it is " + GroupedNumber(length) + " bytes long, larger than any style file";
+        return false;
+    }
+    out.resize(static_cast<std::size_t>(length));
+    if (length > 0 && !in.read(reinterpret_cast<char*>(out.data()), length)) {
+        why = "reading it failed";
+        out.clear();
+        return false;
+    }
+    return true;
+}
+
+bool ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string& why) {
+    const std::string temp = path + ".saving";
+    {
+        std::ofstream out(temp, std::ios::binary | std::ios::trunc);
+        if (!out) {
+            why = "a new file cannot be made beside it";
+            return false;
+        }
+        out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        out.flush();
+        if (!out) {
+            out.close();
+            std::remove(temp.c_str());
+            why = "writing failed (is the disk full?)";
+            return false;
+        }
+    }
+    std::error_code ec;
+    fs::rename(temp, path, ec);
+    if (ec) {
+        std::remove(temp.c_str());
+        why = "the new file could not take its place: " + ec.message();
+        return false;
+    }
+    return true;
+}
+
+}  // namespace styleio
