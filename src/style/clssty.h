@@ -37,6 +37,8 @@ struct SpriteRecord {
     std::uint8_t width = 0;
     std::uint8_t height = 0;
     std::uint16_t pad = 0;
+
+    bool operator==(const SpriteRecord&) const = default;
 };
 
 class clsSTY {

@@ -34,7 +34,6 @@ void TellDamage(const std::string& file, const std::string& problem, bool stoppe
 
 struct LoopOutcome {
     std::string fatal;
-    std::vector<std::string> notes;
 };
 
 // Unknown sections are passed over by their size, known ones read by their own rules.
@@ -68,16 +67,9 @@ LoopOutcome ReadSections(clsSTY& doc, ByteCursor& in) {
             out.fatal = result.problem;
             break;
         }
-        if (!result.problem.empty()) out.notes.push_back(result.problem);
         doc.Present[static_cast<std::size_t>(*section)] = true;
     }
     return out;
-}
-
-std::string JoinNotes(const std::vector<std::string>& notes) {
-    std::string text;
-    for (std::size_t i = 0; i < notes.size(); ++i) text += (i == 0 ? "" : "; ") + notes[i];
-    return text;
 }
 
 }  // namespace
@@ -109,10 +101,6 @@ bool clsSTY::LoadSTY(const std::string& Sprg) {
 
     if (!outcome.fatal.empty()) {
         TellDamage(Sprg, outcome.fatal, true);
-        return false;
-    }
-    if (!outcome.notes.empty()) {
-        TellDamage(Sprg, JoinNotes(outcome.notes), false);
         return false;
     }
     return true;

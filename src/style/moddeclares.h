@@ -18,6 +18,8 @@ struct DeltaEntry {
     std::uint8_t deltaCount = 0;
     std::uint8_t pad = 0;
     std::vector<std::int16_t> deltaSizes;
+
+    bool operator==(const DeltaEntry&) const = default;
 };
 
 struct CarRecord {
@@ -38,11 +40,15 @@ struct CarRecord {
     std::vector<std::uint8_t> remaps;
     std::uint8_t numDoors = 0;
     std::vector<std::uint16_t> doors;
+
+    bool operator==(const CarRecord&) const = default;
 };
 
 struct FontBase {
     std::int16_t count = 0;
     std::vector<std::int16_t> base;
+
+    bool operator==(const FontBase&) const = default;
 };
 
 inline ByteString STYDeltaStore;

@@ -18,7 +18,6 @@ constexpr std::int64_t kMaxCount = std::numeric_limits<std::int16_t>::max();
 constexpr std::int64_t kMaxFonts = 16382;
 
 SectionResult Fail(std::string problem) { return {false, std::move(problem)}; }
-SectionResult Note(std::string problem) { return {true, std::move(problem)}; }
 SectionResult Ok() { return {}; }
 
 std::string Tag(Section s) { return std::string(kSectionTags[static_cast<std::size_t>(s)]); }
@@ -66,7 +65,7 @@ SectionResult ReadTiles(clsSTY& doc, std::int32_t size, ByteCursor& in) {
             }
         }
     }
-    return count == 0 ? Note("the TILE section is empty") : Ok();
+    return Ok();
 }
 
 SectionResult ReadPalettes(clsSTY& doc, std::int32_t size, ByteCursor& in) {
@@ -90,7 +89,7 @@ SectionResult ReadPalettes(clsSTY& doc, std::int32_t size, ByteCursor& in) {
             }
         }
     }
-    return count == 0 ? Note("the PPAL section is empty") : Ok();
+    return Ok();
 }
 
 // PALX and SPRX: the count is the rounded quotient and exactly count records
@@ -111,7 +110,7 @@ SectionResult ReadPaletteIndex(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     auto& index = modDeclares::STYPalIndex;
     index.resize(static_cast<std::size_t>(count));
     for (auto& entry : index) entry = in.I16();
-    return count == 0 ? Note("the PALX section is empty") : Ok();
+    return Ok();
 }
 
 SectionResult ReadSpriteIndex(clsSTY& doc, std::int32_t size, ByteCursor& in) {
@@ -125,7 +124,7 @@ SectionResult ReadSpriteIndex(clsSTY& doc, std::int32_t size, ByteCursor& in) {
         rec.height = in.U8();
         rec.pad = in.U16();
     }
-    return count == 0 ? Note("the SPRX section is empty") : Ok();
+    return Ok();
 }
 
 template <std::size_t N>
@@ -147,7 +146,7 @@ SectionResult ReadFontBase(ByteCursor& in) {
     fonts.count = n;
     fonts.base.resize(static_cast<std::size_t>(n));
     for (auto& v : fonts.base) v = in.I16();
-    return n == 0 ? Note("the FONB section lists no fonts") : Ok();
+    return Ok();
 }
 
 SectionResult RecordCutShort(Section s, std::size_t record) {
@@ -218,8 +217,7 @@ SectionResult ReadCarInfo(clsSTY& doc, std::int32_t size, ByteCursor& in) {
 }
 
 SectionResult ReadRecycling(std::int32_t size, ByteCursor& in) {
-    if (auto r = ReadBytes(Section::RECY, size, in, modDeclares::STYRecycle); !r.ok) return r;
-    return size == 0 ? Note("the RECY section is empty") : Ok();
+    return ReadBytes(Section::RECY, size, in, modDeclares::STYRecycle);
 }
 
 SectionResult ReadDeltaStore(clsSTY& doc, std::int32_t size, ByteCursor& in) {

@@ -1,0 +1,131 @@
+// Damaged and hostile files: every one must end the load in order, with one
+// message, without touching the store of the damaged section.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "fullstyle.h"
+#include "style/clssty.h"
+#include "support/hookrecorder.h"
+#include "support/storesnapshot.h"
+#include "support/stylebytes.h"
+#include "support/tempdir.h"
+
+using namespace testsupport;
+
+namespace {
+
+class Damaged : public ::testing::Test {
+protected:
+    void SetUp() override { modDeclares::ResetSharedStores(); }
+    void TearDown() override { modDeclares::ResetSharedStores(); }
+
+    bool Load(clsSTY& doc, const Bytes& bytes) {
+        const std::string path = dir.File("style.sty");
+        WriteFile(path, bytes);
+        return doc.LoadSTY(path);
+    }
+
+    TempDir dir;
+};
+
+// Cut the full file at every section head, inside each head and inside each
+// payload. A cut right at a head leaves a whole, smaller file.
+TEST_F(Damaged, TruncatedAnywhereLoadsTheWholeSectionsBeforeTheCut) {
+    const auto full = styletest::MakeFullStyle();
+    const Bytes& bytes = full.file.bytes();
+    const auto& heads = full.file.boundaries();
+    for (std::size_t i = 0; i < heads.size(); ++i) {
+        const std::size_t end = i + 1 < heads.size() ? heads[i + 1] : bytes.size();
+        for (const std::size_t cut : {heads[i], heads[i] + 2, heads[i] + 4, heads[i] + 7, heads[i] + 9, end - 1}) {
+            if (cut >= end) continue;
+            SCOPED_TRACE("cut at byte " + std::to_string(cut) + " of section " + std::to_string(i));
+            modDeclares::ResetSharedStores();
+            clsSTY doc;
+            HookRecorder hooks;
+            const bool ok = Load(doc, Bytes(bytes.begin(), bytes.begin() + static_cast<long>(cut)));
+            const bool atHead = cut == heads[i];
+            EXPECT_EQ(ok, atHead);
+            EXPECT_EQ(hooks.messages().size(), atHead ? 0u : 1u);
+            EXPECT_EQ(hooks.calls().front().rfind("start 1 ", 0), 0u);
+            EXPECT_TRUE(std::find(hooks.calls().begin(), hooks.calls().end(), "end") != hooks.calls().end());
+            int present = 0;
+            for (int s = 0; s < kSectionCount; ++s) present += doc.IsPresent(static_cast<Section>(s)) ? 1 : 0;
+            EXPECT_EQ(present, static_cast<int>(i));
+        }
+    }
+}
+
+struct HostileCase {
+    std::string name;
+    Bytes file;
+};
+
+class Hostile : public Damaged, public ::testing::WithParamInterface<HostileCase> {};
+
+TEST_P(Hostile, IsRefusedWithOneMessageAndNoStoreChanges) {
+    clsSTY doc;
+    ASSERT_TRUE(Load(doc, styletest::MakeFullStyle().file.bytes()));
+    const StoreSnapshot before = TakeSnapshot(doc);
+    HookRecorder hooks;
+    EXPECT_FALSE(Load(doc, GetParam().file));
+    const auto messages = hooks.messages();
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].rfind("msg ERROR|The style file ", 0), 0u) << messages[0];
+    EXPECT_EQ(TakeSnapshot(doc), before);
+}
+
+Bytes Section(const std::string& tag, std::int64_t size, const Bytes& payload = Bytes(8, 0)) {
+    return StyleBytes().AddWithSize(tag, size, payload).bytes();
+}
+
+constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMin = std::numeric_limits<std::int32_t>::min();
+
+std::vector<HostileCase> HostileCases() {
+    std::vector<HostileCase> cases;
+    for (const char* tag : {"TILE", "PPAL", "PALX", "SPRX", "SPRG", "DELS", "DELX", "CARI", "OBJI", "RECY", "SPEC"}) {
+        for (const auto& [what, size] : {std::pair{"Huge", kMax}, std::pair{"Negative", std::int64_t{-1}},
+                                         std::pair{"Lowest", kMin}, std::pair{"PastEnd", std::int64_t{65536 * 4}}}) {
+            cases.push_back({std::string(tag) + what, Section(tag, size)});
+        }
+    }
+    const std::vector<std::pair<std::string, Bytes>> special = {
+        {"UnknownHuge", Section("ZZZZ", kMax)},
+        {"UnknownNegative", Section("ZZZZ", -8)},
+        {"TileNotWholeStrips", Section("TILE", 4096, Bytes(4096, 1))},
+        {"PalettesNotWholePages", Section("PPAL", 1024, Bytes(1024, 1))},
+        {"SpriteIndexOverCount", Section("SPRX", 8 * 40000, Bytes(16, 0))},
+        {"FontCountNegative", Section("FONB", 4, LE16(-1))},
+        {"FontCountTooBig", Section("FONB", 4, LE16(16383))},
+        {"FontEntriesMissing", Section("FONB", 10, Cat({LE16(4), LE16(1)}))},
+        {"SpriteBaseShort", Section("SPRB", 12, Bytes(11, 0))},
+        {"PaletteBaseShort", Section("PALB", 16, Bytes(15, 0))},
+        {"DeltaRecordCut", Section("DELX", 6, Cat({LE16(1), {255, 0}, LE16(3)}))},
+        {"CarRemapsCut", Section("CARI", 15, {1, 1, 8, 8, 200, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1})},
+        {"CarDoorsCut", Section("CARI", 15, {1, 1, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5, 1, 0})},
+        {"HeadCutInTag", Cat({Text("GBST"), LE16(600), Text("TI")})},
+        {"HeadCutInSize", Cat({Text("GBST"), LE16(600), Text("TILE"), {0, 1}})},
+        {"MagicOnly", Text("GBST")},
+    };
+    for (const auto& [name, file] : special) cases.push_back({name, file});
+    return cases;
+}
+
+INSTANTIATE_TEST_SUITE_P(Sizes, Hostile, ::testing::ValuesIn(HostileCases()),
+                         [](const auto& p) { return p.param.name; });
+
+TEST_F(Damaged, MissingFileIsReportedAndNothingChanges) {
+    clsSTY doc;
+    HookRecorder hooks;
+    EXPECT_FALSE(doc.LoadSTY(dir.File("no-such.sty")));
+    ASSERT_EQ(hooks.messages().size(), 1u);
+    EXPECT_NE(hooks.messages()[0].find("no-such.sty"), std::string::npos);
+    EXPECT_EQ(TakeSnapshot(doc), TakeSnapshot(clsSTY{}));
+}
+
+}  // namespace

@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "fullstyle.h"
+#include "style/clssty.h"
+#include "support/hookrecorder.h"
+#include "support/stylebytes.h"
+#include "support/tempdir.h"
+
+using namespace testsupport;
+namespace fs = std::filesystem;
+
+namespace {
+
+class SaveTest : public ::testing::Test {
+protected:
+    void SetUp() override { modDeclares::ResetSharedStores(); }
+    void TearDown() override { modDeclares::ResetSharedStores(); }
+
+    void Load(const Bytes& bytes) {
+        const std::string path = dir.File("in.sty");
+        WriteFile(path, bytes);
+        ASSERT_TRUE(doc.LoadSTY(path));
+    }
+
+    TempDir dir;
+    clsSTY doc;
+};
+
+TEST_F(SaveTest, WritersOwnFileComesBackByteForByte) {
+    const Bytes original = styletest::MakeFullStyle().file.bytes();
+    Load(original);
+    const std::string out = dir.File("out.sty");
+    ASSERT_TRUE(doc.SaveSTY(out));
+    EXPECT_EQ(ReadFile(out), original);
+}
+
+// Other order, lower-case tags, version 700, odd fixed sizes and an unknown
+// section: all of it comes out in the writer's form, which is the full file.
+TEST_F(SaveTest, OtherFilesComeOutNormalised) {
+    const auto full = styletest::MakeFullStyle();
+    Load(styletest::MakeScrambledStyle(full).bytes());
+    const std::string out = dir.File("out.sty");
+    ASSERT_TRUE(doc.SaveSTY(out));
+    EXPECT_EQ(ReadFile(out), full.file.bytes());
+}
+
+TEST_F(SaveTest, ProgressHasOneStepPerPresentSection) {
+    const Bytes tiles(16384, 7), pals(65536, 9);
+    const Bytes file = StyleBytes().Add("PPAL", pals).Add("tile", tiles).bytes();
+    Load(file);
+    const std::string out = dir.File("out.sty");
+    HookRecorder hooks;
+    ASSERT_TRUE(doc.SaveSTY(out));
+    EXPECT_EQ(hooks.calls(), (std::vector<std::string>{"start 1 14 Please wait...", "step 1 Saving TILE...",
+                                                       "step 2 Saving PPAL...", "end"}));
+    EXPECT_EQ(ReadFile(out), StyleBytes().Add("TILE", tiles).Add("PPAL", pals).bytes());
+    EXPECT_EQ(fs::file_size(out), 6u + 8 + 16384 + 8 + 65536);
+}
+
+TEST_F(SaveTest, EmptyPresentSectionsKeepTheirHeads) {
+    const Bytes file = StyleBytes().Add("OBJI", {}).Add("SPEC", {}).Add("DELX", {}).Add("CARI", {}).bytes();
+    Load(file);
+    const std::string out = dir.File("out.sty");
+    ASSERT_TRUE(doc.SaveSTY(out));
+    EXPECT_EQ(ReadFile(out), StyleBytes().Add("DELX", {}).Add("OBJI", {}).Add("CARI", {}).Add("SPEC", {}).bytes());
+}
+
+TEST_F(SaveTest, BackupHoldsTheFileAsItStoodBeforeEachSave) {
+    Load(styletest::MakeFullStyle().file.bytes());
+    const std::string out = dir.File("style");  // no extension: the suffix still goes behind the name
+    const Bytes old = Text("an older file");
+    WriteFile(out, old);
+
+    ASSERT_TRUE(doc.SaveSTY(out));
+    EXPECT_EQ(ReadFile(out + ".bak"), old);
+    const Bytes first = ReadFile(out);
+
+    ASSERT_TRUE(doc.SaveSTY(out));
+    EXPECT_EQ(ReadFile(out), first);
+    EXPECT_EQ(ReadFile(out + ".bak"), first);
+}
+
+TEST_F(SaveTest, NewPathMakesNoBackup) {
+    Load(StyleBytes().Add("OBJI", {1}).bytes());
+    const std::string out = dir.File("new.sty");
+    HookRecorder hooks;
+    ASSERT_TRUE(doc.SaveSTY(out));
+    EXPECT_TRUE(fs::exists(out));
+    EXPECT_FALSE(fs::exists(out + ".bak"));
+    EXPECT_TRUE(hooks.messages().empty());
+}
+
+// When the backup cannot be made the old file must not be lost.
+TEST_F(SaveTest, UnmakeableBackupLeavesTheFileAlone) {
+    Load(StyleBytes().Add("OBJI", {1}).bytes());
+    const std::string out = dir.File("keep.sty");
+    const Bytes old = Text("precious");
+    WriteFile(out, old);
+    fs::create_directory(out + ".bak");
+    WriteFile(out + ".bak/inside", Text("x"));
+    HookRecorder hooks;
+    EXPECT_FALSE(doc.SaveSTY(out));
+    EXPECT_EQ(ReadFile(out), old);
+    EXPECT_EQ(hooks.messages().size(), 1u);
+    EXPECT_NE(std::find(hooks.calls().begin(), hooks.calls().end(), "end"), hooks.calls().end())
+        << "the progress window must close";
+}
+
+TEST_F(SaveTest, TargetThatIsAFolderOrInAMissingFolderIsRefused) {
+    Load(StyleBytes().Add("OBJI", {1}).bytes());
+    for (const std::string& out : {dir.File("folder"), dir.File("missing/out.sty")}) {
+        if (out.find("folder") != std::string::npos) fs::create_directory(out);
+        HookRecorder hooks;
+        EXPECT_FALSE(doc.SaveSTY(out)) << out;
+        EXPECT_EQ(hooks.messages().size(), 1u) << out;
+    }
+    EXPECT_TRUE(fs::is_directory(dir.File("folder")));
+    EXPECT_FALSE(fs::exists(dir.File("missing")));
+}
+
+}  // namespace
