@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "style/clssty.h"
@@ -35,7 +37,11 @@ TEST_P(SpriteNumFromModelNum, CountsEarlierRecordsWithTheirOwnSprite) {
 INSTANTIATE_TEST_SUITE_P(Models, SpriteNumFromModelNum,
                          ::testing::Values(ModelCase{10, 0}, ModelCase{11, 1}, ModelCase{12, 1}, ModelCase{13, 2},
                                            ModelCase{14, 2}, ModelCase{99, 4}, ModelCase{-1, 4},
-                                           ModelCase{10 + 256, 4}));
+                                           ModelCase{10 + 256, 4}),
+                         [](const auto& p) {
+                             return "Model" + std::string(p.param.model < 0 ? "Minus" : "") +
+                                    std::to_string(std::abs(p.param.model));
+                         });
 
 TEST(Lookups, NoCarsGiveZero) {
     modDeclares::ResetSharedStores();
