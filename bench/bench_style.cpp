@@ -11,9 +11,7 @@
 
 namespace {
 
-std::string TempPath(const char* name) {
-    return (std::filesystem::temp_directory_path() / name).string();
-}
+std::string TempPath(const char* name) { return (std::filesystem::temp_directory_path() / name).string(); }
 
 void FillFullSize(clsSTY& doc) {
     using namespace modDeclares;

@@ -19,14 +19,20 @@ std::vector<std::uint8_t> Mutate(std::vector<std::uint8_t> bytes, std::mt19937& 
     if (bytes.empty()) return bytes;
     std::uniform_int_distribution<std::size_t> where(0, bytes.size() - 1);
     switch (rng() % 4) {
-        case 0: bytes.resize(where(rng)); break;                                   // cut short
-        case 1: bytes[where(rng)] = static_cast<std::uint8_t>(rng()); break;       // one byte
-        case 2: {                                                                  // a hostile size
+        case 0:
+            bytes.resize(where(rng));
+            break;  // cut short
+        case 1:
+            bytes[where(rng)] = static_cast<std::uint8_t>(rng());
+            break;  // one byte
+        case 2: {   // a hostile size
             const std::size_t at = where(rng);
             for (std::size_t i = at; i < at + 4 && i < bytes.size(); ++i) bytes[i] = 0xFF;
             break;
         }
-        default: bytes.insert(bytes.begin() + static_cast<long>(where(rng)), static_cast<std::uint8_t>(rng())); break;
+        default:
+            bytes.insert(bytes.begin() + static_cast<long>(where(rng)), static_cast<std::uint8_t>(rng()));
+            break;
     }
     return bytes;
 }

@@ -34,7 +34,7 @@ public:
     bool CreateKey();
     bool DeleteKey();
     bool DeleteValue();
-    RegValue Value() const;             // read; Default when there is nothing to read
+    RegValue Value() const;              // read; Default when there is nothing to read
     void Value(const RegValue& vValue);  // write, as ValueType says
     // Arrays are 1-based as designed: index 0 is an unused empty string.
     bool EnumerateValues(std::vector<std::string>& sKeyNames, std::int32_t& iKeyCount) const;

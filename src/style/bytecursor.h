@@ -29,10 +29,9 @@ public:
     std::int16_t I16() { return static_cast<std::int16_t>(U16()); }
     std::int32_t I32() {
         if (!Has(4)) return 0;
-        const std::uint32_t v = static_cast<std::uint32_t>(bytes_[pos_]) |
-                                (static_cast<std::uint32_t>(bytes_[pos_ + 1]) << 8) |
-                                (static_cast<std::uint32_t>(bytes_[pos_ + 2]) << 16) |
-                                (static_cast<std::uint32_t>(bytes_[pos_ + 3]) << 24);
+        const std::uint32_t v =
+            static_cast<std::uint32_t>(bytes_[pos_]) | (static_cast<std::uint32_t>(bytes_[pos_ + 1]) << 8) |
+            (static_cast<std::uint32_t>(bytes_[pos_ + 2]) << 16) | (static_cast<std::uint32_t>(bytes_[pos_ + 3]) << 24);
         pos_ += 4;
         return static_cast<std::int32_t>(v);
     }

@@ -54,7 +54,8 @@ public:
     std::int32_t GetCol(std::int32_t Pal, std::int32_t Col) const;
     bool RenderSprite(std::int32_t idx, PictureControl& PicBox, std::int16_t& Pal);
     ByteString GetDeltaString(std::int16_t deltaNumber, std::int16_t spriteIdx) const;
-    void RenderDelta(std::int16_t deltaNumber, std::int16_t spriteIdx, PictureControl& PicBox, std::int16_t PalIdx) const;
+    void RenderDelta(std::int16_t deltaNumber, std::int16_t spriteIdx, PictureControl& PicBox,
+                     std::int16_t PalIdx) const;
     bool RenderTile(std::int32_t idx, PictureControl& PicBox);
     bool SaveTile(const std::string& sFile, std::int32_t idx) const;
     bool SaveSprite(const std::string& sFile, std::int32_t idx, std::int16_t& Pal) const;

@@ -55,8 +55,8 @@ LoopOutcome ReadSections(clsSTY& doc, ByteCursor& in) {
         const auto section = KnownSection(tag);
         if (!section) {
             if (size < 0 || static_cast<std::size_t>(size) > in.Remaining()) {
-                out.fatal = "the section " + PrintableTag(tag) + " claims " + GroupedNumber(size) +
-                            " bytes but only " + GroupedNumber(static_cast<std::int64_t>(in.Remaining())) + " remain";
+                out.fatal = "the section " + PrintableTag(tag) + " claims " + GroupedNumber(size) + " bytes but only " +
+                            GroupedNumber(static_cast<std::int64_t>(in.Remaining())) + " remain";
                 break;
             }
             in.Skip(static_cast<std::size_t>(size));

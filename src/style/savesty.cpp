@@ -37,7 +37,8 @@ void WriteTiles(const clsSTY& doc, ByteWriter& w) {
 }
 
 void WritePalettes(const clsSTY& doc, ByteWriter& w) {
-    const auto pages = static_cast<std::size_t>(styleload::RoundedQuotient(std::max<std::int16_t>(doc.iPalCount, 0), 64));
+    const auto pages =
+        static_cast<std::size_t>(styleload::RoundedQuotient(std::max<std::int16_t>(doc.iPalCount, 0), 64));
     for (std::size_t page = 0; page < pages; ++page) {
         for (std::size_t c = 0; c < 256; ++c) {
             for (std::size_t p = 0; p < 64; ++p) {
@@ -83,9 +84,9 @@ void WriteSpriteIndex(const clsSTY& doc, ByteWriter& w) {
 
 void WriteCars(ByteWriter& w) {
     for (const auto& c : STYCarInfo) {
-        for (const std::uint8_t v : {c.model, c.sprite, c.width, c.height, c.numRemaps, c.passengers, c.wreck, c.rating,
-                                     c.frontWheelOffset, c.rearWheelOffset, c.frontWindowOffset, c.rearWindowOffset,
-                                     c.infoFlags, c.infoFlags2}) {
+        for (const std::uint8_t v :
+             {c.model, c.sprite, c.width, c.height, c.numRemaps, c.passengers, c.wreck, c.rating, c.frontWheelOffset,
+              c.rearWheelOffset, c.frontWindowOffset, c.rearWindowOffset, c.infoFlags, c.infoFlags2}) {
             w.U8(v);
         }
         for (std::size_t i = 0; i < c.numRemaps; ++i) {
@@ -122,16 +123,22 @@ std::vector<std::uint8_t> Serialise(const clsSTY& doc) {
     const auto fontSize = static_cast<std::int16_t>(2 + 2 * STYFontBase.count);
     section(Section::TILE, doc.iTileCount * kTileBytes, [&] { WriteTiles(doc, w); });
     section(Section::PPAL, doc.iPalCount * kPaletteBytes, [&] { WritePalettes(doc, w); });
-    section(Section::SPRB, 12, [&] { for (auto v : STYSpriteBase) w.I16(v); });
+    section(Section::SPRB, 12, [&] {
+        for (auto v : STYSpriteBase) w.I16(v);
+    });
     section(Section::FONB, fontSize, [&] { WriteFonts(w); });
     section(Section::DELX, doc.lDelxBytes, [&] { WriteDeltaIndex(w); });
     section(Section::DELS, SizeOf(STYDeltaStore.size()), [&] { w.Bytes(STYDeltaStore); });
-    section(Section::PALX, SizeOf(2 * STYPalIndex.size()), [&] { for (auto v : STYPalIndex) w.I16(v); });
+    section(Section::PALX, SizeOf(2 * STYPalIndex.size()), [&] {
+        for (auto v : STYPalIndex) w.I16(v);
+    });
     section(Section::OBJI, SizeOf(doc.STYObjectInfo.size()), [&] { w.Bytes(doc.STYObjectInfo); });
     section(Section::RECY, SizeOf(STYRecycle.size()), [&] { w.Bytes(STYRecycle); });
     section(Section::SPRG, SizeOf(doc.STYSpriteData.size()), [&] { w.Bytes(doc.STYSpriteData); });
     section(Section::SPRX, SizeOf(8 * doc.STYSpriteIndex.size()), [&] { WriteSpriteIndex(doc, w); });
-    section(Section::PALB, 16, [&] { for (auto v : STYPalBase) w.I16(v); });
+    section(Section::PALB, 16, [&] {
+        for (auto v : STYPalBase) w.I16(v);
+    });
     section(Section::CARI, doc.lCariBytes, [&] { WriteCars(w); });
     section(Section::SPEC, SizeOf(doc.STYSurfaceSpec.size()), [&] { w.Bytes(doc.STYSurfaceSpec); });
     return bytes;

@@ -150,7 +150,8 @@ SectionResult ReadFontBase(ByteCursor& in) {
 }
 
 SectionResult RecordCutShort(Section s, std::size_t record) {
-    return Fail("the " + Tag(s) + " section ends inside its record " + GroupedNumber(static_cast<std::int64_t>(record)));
+    return Fail("the " + Tag(s) + " section ends inside its record " +
+                GroupedNumber(static_cast<std::int64_t>(record)));
 }
 
 SectionResult ReadDeltaIndex(clsSTY& doc, std::int32_t size, ByteCursor& in) {
@@ -237,20 +238,34 @@ std::int64_t RoundedQuotient(std::int64_t size, std::int64_t unit) {
 
 SectionResult ReadSection(clsSTY& doc, Section section, std::int32_t size, ByteCursor& in) {
     switch (section) {
-        case Section::TILE: return ReadTiles(doc, size, in);
-        case Section::PPAL: return ReadPalettes(doc, size, in);
-        case Section::PALX: return ReadPaletteIndex(doc, size, in);
-        case Section::PALB: return ReadFixedCounts(section, in, modDeclares::STYPalBase);
-        case Section::SPRG: return ReadBytes(section, size, in, doc.STYSpriteData);
-        case Section::SPRX: return ReadSpriteIndex(doc, size, in);
-        case Section::SPRB: return ReadFixedCounts(section, in, modDeclares::STYSpriteBase);
-        case Section::DELS: return ReadDeltaStore(doc, size, in);
-        case Section::DELX: return ReadDeltaIndex(doc, size, in);
-        case Section::FONB: return ReadFontBase(in);
-        case Section::CARI: return ReadCarInfo(doc, size, in);
-        case Section::OBJI: return ReadBytes(section, size, in, doc.STYObjectInfo);
-        case Section::RECY: return ReadRecycling(size, in);
-        case Section::SPEC: return ReadBytes(section, size, in, doc.STYSurfaceSpec);
+        case Section::TILE:
+            return ReadTiles(doc, size, in);
+        case Section::PPAL:
+            return ReadPalettes(doc, size, in);
+        case Section::PALX:
+            return ReadPaletteIndex(doc, size, in);
+        case Section::PALB:
+            return ReadFixedCounts(section, in, modDeclares::STYPalBase);
+        case Section::SPRG:
+            return ReadBytes(section, size, in, doc.STYSpriteData);
+        case Section::SPRX:
+            return ReadSpriteIndex(doc, size, in);
+        case Section::SPRB:
+            return ReadFixedCounts(section, in, modDeclares::STYSpriteBase);
+        case Section::DELS:
+            return ReadDeltaStore(doc, size, in);
+        case Section::DELX:
+            return ReadDeltaIndex(doc, size, in);
+        case Section::FONB:
+            return ReadFontBase(in);
+        case Section::CARI:
+            return ReadCarInfo(doc, size, in);
+        case Section::OBJI:
+            return ReadBytes(section, size, in, doc.STYObjectInfo);
+        case Section::RECY:
+            return ReadRecycling(size, in);
+        case Section::SPEC:
+            return ReadBytes(section, size, in, doc.STYSurfaceSpec);
     }
     return Fail("unknown section");
 }

@@ -12,8 +12,8 @@
 namespace styleload {
 
 struct SectionResult {
-    bool ok = true;        // false: the load cannot go on
-    std::string problem;   // what is wrong, for the one message of the load
+    bool ok = true;       // false: the load cannot go on
+    std::string problem;  // what is wrong, for the one message of the load
 };
 
 // Counts are quotients rounded to the nearest whole number, ties to even.

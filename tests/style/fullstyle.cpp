@@ -20,15 +20,20 @@ std::vector<PaletteBytes> MakePalettes() {
 }
 
 // DELX: sprite 2 with two deltas (3 and 0 bytes), sprite 5 with none, sprite 7 with one.
-Bytes DeltaIndex() {
-    return Cat({LE16(2), {2, 0xA5}, LE16(3), LE16(0), LE16(5), {0, 0x11}, LE16(7), {1, 0}, LE16(4)});
-}
+Bytes DeltaIndex() { return Cat({LE16(2), {2, 0xA5}, LE16(3), LE16(0), LE16(5), {0, 0x11}, LE16(7), {1, 0}, LE16(4)}); }
 
 // CARI: a car with remaps and doors, one with neither, one sharing a sprite.
 Bytes Cars() {
-    return Cat({{10, 1, 30, 50, 3, 4, 20, 2, 8, 9, 10, 11, 0x80, 0x81}, {40, 41, 42}, {2}, LE16(0x1234), LE16(0xFFFF),
-                {11, 0, 28, 48, 0, 2, 21, 3, 200, 201, 202, 203, 0, 1}, {0},
-                {12, 1, 32, 64, 1, 1, 22, 4, 5, 6, 7, 8, 9, 10}, {43}, {0}});
+    return Cat({{10, 1, 30, 50, 3, 4, 20, 2, 8, 9, 10, 11, 0x80, 0x81},
+                {40, 41, 42},
+                {2},
+                LE16(0x1234),
+                LE16(0xFFFF),
+                {11, 0, 28, 48, 0, 2, 21, 3, 200, 201, 202, 203, 0, 1},
+                {0},
+                {12, 1, 32, 64, 1, 1, 22, 4, 5, 6, 7, 8, 9, 10},
+                {43},
+                {0}});
 }
 
 }  // namespace

@@ -8,8 +8,8 @@ namespace styletest {
 
 struct FullStyle {
     testsupport::StyleBytes file;
-    std::vector<testsupport::TilePixels> tiles;          // 8 tiles: two strips
-    std::vector<testsupport::PaletteBytes> palettes;     // 128 palettes: two pages
+    std::vector<testsupport::TilePixels> tiles;       // 8 tiles: two strips
+    std::vector<testsupport::PaletteBytes> palettes;  // 128 palettes: two pages
 };
 
 FullStyle MakeFullStyle();

@@ -133,19 +133,18 @@ TEST_P(WrongMagic, IsRefusedWithTheInvalidFileMessageAndStoresStayAsTheyWere) {
     const StoreSnapshot before = TakeSnapshot(doc);
     HookRecorder hooks;
     EXPECT_FALSE(Load(GetParam().bytes));
-    EXPECT_EQ(hooks.calls(), (std::vector<std::string>{"start 1 " + std::to_string(GetParam().bytes.size()) +
-                                                           " Loading...",
-                                                       "msg ERROR|ERROR Invalid File|exclamation"}));
+    EXPECT_EQ(hooks.calls(),
+              (std::vector<std::string>{"start 1 " + std::to_string(GetParam().bytes.size()) + " Loading...",
+                                        "msg ERROR|ERROR Invalid File|exclamation"}));
     EXPECT_EQ(TakeSnapshot(doc), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Magic, WrongMagic,
-    ::testing::Values(MagicCase{"LowerCase", StyleBytes("gbst").Add("OBJI", {9}).bytes()},
-                      MagicCase{"OtherMagic", StyleBytes("GBMP").Add("OBJI", {9}).bytes()},
-                      MagicCase{"Empty", {}}, MagicCase{"ThreeBytes", Text("GBS")},
-                      MagicCase{"SectionTagFirst", Cat({Text("OBJI"), LE32(1), {9}})}),
-    [](const auto& p) { return std::string(p.param.name); });
+INSTANTIATE_TEST_SUITE_P(Magic, WrongMagic,
+                         ::testing::Values(MagicCase{"LowerCase", StyleBytes("gbst").Add("OBJI", {9}).bytes()},
+                                           MagicCase{"OtherMagic", StyleBytes("GBMP").Add("OBJI", {9}).bytes()},
+                                           MagicCase{"Empty", {}}, MagicCase{"ThreeBytes", Text("GBS")},
+                                           MagicCase{"SectionTagFirst", Cat({Text("OBJI"), LE32(1), {9}})}),
+                         [](const auto& p) { return std::string(p.param.name); });
 
 // Counts are the size over the record length, rounded to the nearest whole
 // number with ties going to the even one; exactly that many records are read.
@@ -200,11 +199,11 @@ TEST_F(LoadTest, SecondLoadReplacesOnlyTheStoresItsFileHolds) {
 // 64 bytes apart; palettes 64 and up start a second colour-major page.
 TEST_F(LoadTest, StripAndPageLayout) {
     Bytes tiles(16384, 0);
-    tiles[64] = 0x11;        // tile 1, row 0, column 0
-    tiles[256 + 3] = 0x22;   // tile 0, row 1, column 3
+    tiles[64] = 0x11;       // tile 1, row 0, column 0
+    tiles[256 + 3] = 0x22;  // tile 0, row 1, column 3
     Bytes pals(2 * 65536, 0);
-    pals[65536] = 0x33;          // page 1, colour 0, palette 64
-    pals[4 * 65 + 2] = 0x44;     // page 0, colour 1, palette 1, red
+    pals[65536] = 0x33;       // page 1, colour 0, palette 64
+    pals[4 * 65 + 2] = 0x44;  // page 0, colour 1, palette 1, red
     ASSERT_TRUE(Load(StyleBytes().Add("TILE", tiles).Add("PPAL", pals).bytes()));
     EXPECT_EQ(doc.STYTileStore[1][0], 0x11);
     EXPECT_EQ(doc.STYTileStore[0][64 + 3], 0x22);

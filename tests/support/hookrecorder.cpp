@@ -11,11 +11,16 @@ std::string Num(double v) {
 }
 const char* IconName(MsgIcon icon) {
     switch (icon) {
-        case MsgIcon::None: return "none";
-        case MsgIcon::Critical: return "critical";
-        case MsgIcon::Question: return "question";
-        case MsgIcon::Exclamation: return "exclamation";
-        case MsgIcon::Information: return "information";
+        case MsgIcon::None:
+            return "none";
+        case MsgIcon::Critical:
+            return "critical";
+        case MsgIcon::Question:
+            return "question";
+        case MsgIcon::Exclamation:
+            return "exclamation";
+        case MsgIcon::Information:
+            return "information";
     }
     return "?";
 }

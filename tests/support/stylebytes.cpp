@@ -31,7 +31,8 @@ Bytes TilePayload(const std::vector<TilePixels>& tiles) {
     Bytes out(strips * 16384, 0);
     for (std::size_t t = 0; t < tiles.size(); ++t)
         for (std::size_t r = 0; r < 64; ++r)
-            for (std::size_t c = 0; c < 64; ++c) out[(t / 4) * 16384 + r * 256 + (t % 4) * 64 + c] = tiles[t][r * 64 + c];
+            for (std::size_t c = 0; c < 64; ++c)
+                out[(t / 4) * 16384 + r * 256 + (t % 4) * 64 + c] = tiles[t][r * 64 + c];
     return out;
 }
 
@@ -40,13 +41,12 @@ Bytes PalettePayload(const std::vector<PaletteBytes>& palettes) {
     Bytes out(pages * 65536, 0);
     for (std::size_t p = 0; p < palettes.size(); ++p)
         for (std::size_t c = 0; c < 256; ++c)
-            for (std::size_t b = 0; b < 4; ++b) out[(p / 64) * 65536 + c * 256 + (p % 64) * 4 + b] = palettes[p][c * 4 + b];
+            for (std::size_t b = 0; b < 4; ++b)
+                out[(p / 64) * 65536 + c * 256 + (p % 64) * 4 + b] = palettes[p][c * 4 + b];
     return out;
 }
 
-StyleBytes::StyleBytes(const std::string& magic, std::uint16_t version) {
-    bytes_ = Cat({Text(magic), LE16(version)});
-}
+StyleBytes::StyleBytes(const std::string& magic, std::uint16_t version) { bytes_ = Cat({Text(magic), LE16(version)}); }
 
 StyleBytes& StyleBytes::Add(const std::string& tag, const Bytes& payload) {
     return AddWithSize(tag, static_cast<std::int64_t>(payload.size()), payload);
