@@ -1,0 +1,60 @@
+// ombrevale-link.exe: runs under Wine and makes the editor link's Win32 calls
+// for the Linux program. One request a line on stdin, one answer a line on stdout:
+//   find                 -> "found <list box>" or "none"
+//   click <hwnd> <item>  -> "item <row the list box reported>"
+//   topmost <hwnd> <0|1> -> "result <n>"
+//   windows              -> "window <hwnd> <title>" for each top-level window, then "end"
+//   quit
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "editorlink/modcontrolwin.h"
+#include "editorlink/win32search.h"
+
+namespace {
+
+BOOL CALLBACK ListWindow(HWND hWnd, LPARAM) {
+    char title[512] = {};
+    GetWindowTextA(hWnd, title, sizeof title);
+    std::printf("window %lu %s\n", static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(hWnd)), title);
+    return 1;
+}
+
+}  // namespace
+
+int main() {
+    std::setvbuf(stdout, nullptr, _IONBF, 0);
+    std::printf("ombrevale-link 1\n");
+    char line[1024];
+    while (std::fgets(line, sizeof line, stdin)) {
+        std::string cmd(line);
+        while (!cmd.empty() && (cmd.back() == '\n' || cmd.back() == '\r')) cmd.pop_back();
+        unsigned long h = 0;
+        long item = 0;
+        int on = 0;
+        if (cmd == "find") {
+            std::uint32_t found = modControlWin::SearchEditorList();
+            if (found)
+                std::printf("found %lu\n", static_cast<unsigned long>(found));
+            else
+                std::printf("none\n");
+        } else if (std::sscanf(cmd.c_str(), "click %lu %ld", &h, &item) == 2) {
+            auto row = static_cast<std::int32_t>(item);
+            modControlWin::clickListboxItem(static_cast<std::uint32_t>(h), row);
+            std::printf("item %ld\n", static_cast<long>(row));
+        } else if (std::sscanf(cmd.c_str(), "topmost %lu %d", &h, &on) == 2) {
+            std::printf("result %ld\n", static_cast<long>(modControlWin::SetTopMost(h, on != 0)));
+        } else if (cmd == "windows") {
+            EnumWindows(ListWindow, 0);
+            std::printf("end\n");
+        } else if (cmd == "quit") {
+            break;
+        } else {
+            std::printf("error unknown request\n");
+        }
+    }
+    return 0;
+}
