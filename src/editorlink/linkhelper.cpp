@@ -45,6 +45,11 @@ public:
         return true;
     }
 
+    void Reset() {
+        Stop(true);
+        lastFailedStart_.reset();
+    }
+
     void Stop(bool polite) {
         if (pid_ < 0) return;
         if (polite) WriteLine("quit");
@@ -189,7 +194,7 @@ bool Request(const std::string& request, std::vector<std::string>& answer) {
     return TheHelper().Request(request, answer);
 }
 
-void Shutdown() { TheHelper().Stop(true); }
+void Shutdown() { TheHelper().Reset(); }
 
 std::string HelperPath() {
     if (const char* p = std::getenv("OMBREVALE_LINK_EXE"); p && *p) return p;

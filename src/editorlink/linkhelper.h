@@ -16,7 +16,8 @@ bool Request(const std::string& request, std::vector<std::string>& answer);
 // Where the helper is looked for: $OMBREVALE_LINK_EXE, else beside this program.
 std::string HelperPath();
 
-// Stops the helper now (it is also stopped when the process ends).
+// Stops the helper now and forgets a failed start (it is also stopped when
+// the process ends).
 void Shutdown();
 
 }  // namespace linkhelper

@@ -68,7 +68,7 @@ int main(int argc, char** argv) {
         if (!std::strcmp(argv[i], "--id")) id = std::strtol(argv[i + 1], nullptr, 10);
         if (!std::strcmp(argv[i], "--class")) cls = argv[i + 1];
     }
-    logFile = std::fopen(argv[1], "a");
+    logFile = std::fopen(argv[1], "ab");
     if (!logFile) return 1;
     HINSTANCE inst = GetModuleHandleA(nullptr);
     WNDCLASSA wc = {};
