@@ -17,7 +17,8 @@ function(ombrevale_mingw_exe target)
   file(GLOB _headers ${PROJECT_SOURCE_DIR}/src/editorlink/*.h ${PROJECT_SOURCE_DIR}/src/settings/*.h)
   add_custom_command(
     OUTPUT ${ARG_OUTPUT}
-    COMMAND ${OMBREVALE_MINGW_CXX} -std=c++20 -O2 -Wall -Wextra -Wconversion -Werror -static
+    COMMAND ${OMBREVALE_MINGW_CXX} -std=c++20 -O2 -Wall -Wextra -Wpedantic -Wshadow -Wold-style-cast -Wconversion
+            -Wsign-conversion -Werror -static
             -I${PROJECT_SOURCE_DIR}/src -o ${ARG_OUTPUT} ${ARG_SOURCES} ${_libs}
     DEPENDS ${ARG_SOURCES} ${_headers}
     COMMENT "Cross-building ${ARG_OUTPUT} with mingw-w64"

@@ -28,8 +28,8 @@ void Write(const std::string& key, const char* name, std::int32_t type, const Re
 std::string Hex(const std::string& s) {
     std::string out;
     char b[4];
-    for (unsigned char c : s) {
-        std::snprintf(b, sizeof b, "%02x", c);
+    for (char c : s) {
+        std::snprintf(b, sizeof b, "%02x", static_cast<unsigned>(static_cast<unsigned char>(c)));
         out += b;
     }
     return out.empty() ? "-" : out;
