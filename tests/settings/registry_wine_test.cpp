@@ -180,6 +180,7 @@ TEST_F(WinePrefix, Win32ReadsWhatTheFileBackendWrote) {
     ASSERT_EQ(listed.size(), 2u);
     EXPECT_EQ(listed[0], "values 1 8 0= 1=Big 2=Bin 3=Dw 4=Empty 5=Exp 6=Multi 7=Plain 8=Sz");
     EXPECT_EQ(listed[1], "sections 1 1 0= 1=Sub");
+    EXPECT_EQ(RunCheck("read 'Software\\Ombrevale Test\\Nowhere' Sz"), std::vector<std::string>{"Sz 99 none -"});
     EXPECT_EQ(RunCheck("enum 'Software\\Ombrevale Test\\Nowhere'"),
               (std::vector<std::string>{"values 1 0", "sections 1 0"}));
     EXPECT_EQ(RunCheck(std::string("delete '") + kFileKey + "' Bin"),
