@@ -1,0 +1,29 @@
+#pragma once
+// The command line, parsed: a command, its positional words and its options.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace cli {
+
+struct Args {
+    std::string command;
+    std::vector<std::string> words;  // positional, after the command
+    std::optional<std::int64_t> pal;
+    std::optional<std::int64_t> columns;
+    bool png = false;
+    bool transparent = false;
+};
+
+// Throws UsageError for an unknown command, a wrong number of words, an
+// option the command does not take, or a number that is not a decimal number.
+Args ParseArgs(const std::vector<std::string>& argv);
+
+// A decimal whole number, sign allowed; throws UsageError naming `what` otherwise.
+std::int64_t ParseNumber(const std::string& text, const std::string& what);
+
+extern const char* const kUsage;
+
+}  // namespace cli

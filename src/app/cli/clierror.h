@@ -1,0 +1,42 @@
+#pragma once
+// How the command line fails: one line on stderr and an exit code.
+
+#include <stdexcept>
+#include <string>
+
+namespace cli {
+
+inline constexpr int kExitOk = 0;
+inline constexpr int kExitFailed = 1;
+inline constexpr int kExitUsage = 2;
+
+// A file that cannot be read, is no style file or is damaged, or a number out of range.
+class Failure : public std::runtime_error {
+public:
+    Failure(std::string file, const std::string& what) : std::runtime_error(what), file_(std::move(file)) {}
+    const std::string& file() const { return file_; }
+
+private:
+    std::string file_;
+};
+
+// Wrong arguments: the caller prints the usage line.
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+// Collects what the document says through its message hook, so that a failed
+// load or save becomes one line of ours instead of the document's own wording.
+class DocumentVoice {
+public:
+    DocumentVoice();
+    ~DocumentVoice();
+    DocumentVoice(const DocumentVoice&) = delete;
+    DocumentVoice& operator=(const DocumentVoice&) = delete;
+
+    // The first message since the last call, reworded for `file`; a fallback if there was none.
+    std::string Take(const std::string& file, const std::string& fallback);
+};
+
+}  // namespace cli

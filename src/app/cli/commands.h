@@ -1,0 +1,35 @@
+#pragma once
+// The commands of ombrevale-cli. Each returns the exit code or throws
+// Failure / UsageError (clierror.h).
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "cliargs.h"
+
+class clsSTY;
+
+namespace cli {
+
+int RunInfo(const Args& args);
+int RunSave(const Args& args);
+int RunTile(const Args& args);
+int RunSprite(const Args& args);
+int RunDelta(const Args& args);
+int RunImportPalette(const Args& args);
+int RunExport(const Args& args);
+int RunSheet(const Args& args);
+
+// Loads a style or throws Failure with the document's reason.
+void LoadStyle(clsSTY& doc, const std::string& path);
+
+// value must lie in lo..hi, or the command fails naming the range.
+void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo, std::int64_t hi);
+
+// Writes `path` through a temporary file beside it: `write` fills the
+// temporary file and returns whether it managed; only then does it replace
+// `path`. Nothing is left behind on failure.
+void WriteThrough(const std::string& path, const std::function<bool(const std::string& temp)>& write);
+
+}  // namespace cli

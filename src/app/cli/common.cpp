@@ -1,0 +1,42 @@
+#include <filesystem>
+#include <system_error>
+
+#include "clierror.h"
+#include "commands.h"
+#include "style/clssty.h"
+
+namespace fs = std::filesystem;
+
+namespace cli {
+
+void LoadStyle(clsSTY& doc, const std::string& path) {
+    DocumentVoice voice;
+    if (!doc.LoadSTY(path)) throw Failure(path, voice.Take(path, "cannot be loaded"));
+}
+
+void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo, std::int64_t hi) {
+    if (value >= lo && value <= hi) return;
+    if (hi < lo) throw Failure(file, what + " " + std::to_string(value) + " is out of range: there are none");
+    throw Failure(file, what + " " + std::to_string(value) + " is out of range (" + std::to_string(lo) + ".." +
+                            std::to_string(hi) + ")");
+}
+
+void WriteThrough(const std::string& path, const std::function<bool(const std::string& temp)>& write) {
+    const std::string temp = path + ".part";
+    std::error_code ec;
+    fs::remove(temp, ec);
+    bool ok = false;
+    try {
+        ok = write(temp) && fs::exists(temp, ec);
+    } catch (...) {
+        fs::remove(temp, ec);
+        throw;
+    }
+    if (ok) fs::rename(temp, path, ec);
+    if (!ok || ec) {
+        fs::remove(temp, ec);
+        throw Failure(path, "cannot be written");
+    }
+}
+
+}  // namespace cli

@@ -1,0 +1,22 @@
+#pragma once
+// Picture files beyond the engine's BMP: PNG through QImage, palettes as JASC-PAL.
+
+#include <functional>
+#include <string>
+
+class clsSTY;
+
+namespace cli {
+
+// Writes one picture to `path`: `writeBmp` makes a BMP at the path it is
+// given; with png the BMP is turned into a PNG of the same pixels and colours.
+// Throws Failure; nothing is left behind on failure.
+void WritePicture(const std::string& path, bool png, const std::function<bool(const std::string& bmpPath)>& writeBmp);
+
+// Physical palette `pal` as a JASC-PAL text file.
+void WriteJascPalette(const std::string& path, int pal);
+
+// Whether the file's first line is exactly "JASC-PAL"; throws Failure if it cannot be read.
+bool HasJascMark(const std::string& path);
+
+}  // namespace cli

@@ -1,0 +1,47 @@
+// ombrevale-cli: the style document without windows, for scripts and batch work.
+#include <cstdio>
+#include <exception>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "cliargs.h"
+#include "clierror.h"
+#include "commands.h"
+
+#ifdef OMBREVALE_CLI_WITHOUT_PIXELS
+namespace cli {
+namespace {
+int Missing(const Args& args) { throw Failure(args.words[0], args.command + " needs the pixel engine, which this build lacks"); }
+}  // namespace
+int RunTile(const Args& a) { return Missing(a); }
+int RunSprite(const Args& a) { return Missing(a); }
+int RunDelta(const Args& a) { return Missing(a); }
+int RunImportPalette(const Args& a) { return Missing(a); }
+int RunExport(const Args& a) { return Missing(a); }
+int RunSheet(const Args& a) { return Missing(a); }
+}  // namespace cli
+#endif
+
+int main(int argc, char** argv) {
+    using namespace cli;
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    try {
+        const Args args = ParseArgs(words);
+        static const std::map<std::string, int (*)(const Args&)> run = {
+            {"info", RunInfo},     {"save", RunSave},     {"tile", RunTile},
+            {"sprite", RunSprite}, {"delta", RunDelta},   {"import-palette", RunImportPalette},
+            {"export", RunExport}, {"sheet", RunSheet},
+        };
+        return run.at(args.command)(args);
+    } catch (const UsageError& e) {
+        std::fprintf(stderr, "ombrevale-cli: %s\n%s\n", e.what(), kUsage);
+        return kExitUsage;
+    } catch (const Failure& e) {
+        std::fprintf(stderr, "ombrevale-cli: %s: %s\n", e.file().c_str(), e.what());
+        return kExitFailed;
+    } catch (const std::exception& e) {
+        std::fprintf(stderr, "ombrevale-cli: %s\n", e.what());
+        return kExitFailed;
+    }
+}
