@@ -17,16 +17,17 @@ namespace {
 struct Shape {
     std::size_t words;
     bool pal, png, columns, transparent;
+    std::vector<std::size_t> numbers = {};  // which words are numbers
 };
 
 const std::map<std::string, Shape>& Commands() {
     static const std::map<std::string, Shape> commands = {
         {"info", {1, false, false, false, false}},
         {"save", {2, false, false, false, false}},
-        {"tile", {3, false, false, false, false}},
-        {"sprite", {3, true, false, false, false}},
-        {"delta", {4, true, false, false, false}},
-        {"import-palette", {4, false, false, false, false}},
+        {"tile", {3, false, false, false, false, {1}}},
+        {"sprite", {3, true, false, false, false, {1}}},
+        {"delta", {4, true, false, false, false, {1, 2}}},
+        {"import-palette", {4, false, false, false, false, {1}}},
         {"export", {2, false, true, false, false}},
         {"sheet", {2, false, false, true, true}},
     };
@@ -75,6 +76,7 @@ Args ParseArgs(const std::vector<std::string>& argv) {
     if (args.words.size() != shape.words)
         throw UsageError(args.command + " takes " + std::to_string(shape.words) + " argument(s), not " +
                          std::to_string(args.words.size()));
+    for (std::size_t i : shape.numbers) ParseNumber(args.words[i], "argument " + std::to_string(i + 1));
     return args;
 }
 
