@@ -1,0 +1,62 @@
+#include "pixels/checks.h"
+
+#include "style/hooks.h"
+#include "style/moddeclares.h"
+
+namespace pixelchecks {
+
+using modDeclares::STYPalBase;
+using modDeclares::STYPalData;
+using modDeclares::STYPalIndex;
+
+bool Refuse(const std::string& sWhat) {
+    MsgBox(sWhat, "Ombrevale", MsgIcon::Exclamation);
+    return false;
+}
+
+bool TileExists(const clsSTY& doc, std::int32_t idx) {
+    return idx >= 0 && static_cast<std::size_t>(idx) < doc.STYTileStore.size();
+}
+
+bool SpriteExists(const clsSTY& doc, std::int32_t idx) {
+    return idx >= 0 && static_cast<std::size_t>(idx) < doc.STYSpriteIndex.size();
+}
+
+bool PaletteExists(std::int32_t pal) { return pal >= 0 && static_cast<std::size_t>(pal) < STYPalData.size(); }
+
+std::optional<std::int16_t> PhysicalPalette(std::int32_t virtualNumber) {
+    if (virtualNumber < 0 || static_cast<std::size_t>(virtualNumber) >= STYPalIndex.size()) return std::nullopt;
+    const std::int16_t pal = STYPalIndex[static_cast<std::size_t>(virtualNumber)];
+    if (!PaletteExists(pal)) return std::nullopt;
+    return pal;
+}
+
+std::optional<std::int16_t> TilePalette(const clsSTY& doc, std::int32_t idx) {
+    if (!TileExists(doc, idx)) {
+        Refuse("There is no tile " + std::to_string(idx) + ": the style holds tiles 0 to " +
+               std::to_string(static_cast<std::int64_t>(doc.STYTileStore.size()) - 1) + ".");
+        return std::nullopt;
+    }
+    const auto pal = PhysicalPalette(idx);
+    if (!pal) Refuse("Tile " + std::to_string(idx) + " has no palette in this style's palette table.");
+    return pal;
+}
+
+std::optional<std::int16_t> SpritePalette(const clsSTY& doc, std::int32_t idx, std::int16_t pal) {
+    if (!SpriteExists(doc, idx)) {
+        Refuse("There is no sprite " + std::to_string(idx) + ": the style holds sprites 0 to " +
+               std::to_string(static_cast<std::int64_t>(doc.STYSpriteIndex.size()) - 1) + ".");
+        return std::nullopt;
+    }
+    if (pal != -1) {
+        if (PaletteExists(pal)) return pal;
+        Refuse("There is no palette " + std::to_string(pal) + ": the style holds palettes 0 to " +
+               std::to_string(static_cast<std::int64_t>(STYPalData.size()) - 1) + ".");
+        return std::nullopt;
+    }
+    const auto own = PhysicalPalette(STYPalBase[0] + idx);
+    if (!own) Refuse("Sprite " + std::to_string(idx) + " has no palette in this style's palette table.");
+    return own;
+}
+
+}  // namespace pixelchecks

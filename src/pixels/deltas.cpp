@@ -1,0 +1,86 @@
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+#include "pixels/checks.h"
+#include "pixels/deltaruns.h"
+#include "pixels/modbmp.h"
+#include "pixels/picturecontrol.h"
+#include "pixels/spriteblock.h"
+#include "style/clssty.h"
+
+using modDeclares::STYDeltaIndex;
+using modDeclares::STYDeltaStore;
+
+namespace deltaruns {
+
+namespace {
+// Sizes below zero name no bytes.
+std::size_t SizeOf(std::int16_t size) { return size > 0 ? static_cast<std::size_t>(size) : 0; }
+}  // namespace
+
+bool Find(std::int16_t deltaNumber, std::int16_t spriteIdx, Place& out) {
+    std::size_t place = 0;
+    for (std::size_t e = 0; e < STYDeltaIndex.size(); ++e) {
+        const auto& entry = STYDeltaIndex[e];
+        if (entry.sprite != spriteIdx) {
+            for (const auto size : entry.deltaSizes) place += SizeOf(size);
+            continue;
+        }
+        if (deltaNumber < 0 || deltaNumber > entry.deltaCount - 1) return false;
+        const auto d = static_cast<std::size_t>(deltaNumber);
+        if (d >= entry.deltaSizes.size()) return false;
+        for (std::size_t i = 0; i < d; ++i) place += SizeOf(entry.deltaSizes[i]);
+        out = {e, place, SizeOf(entry.deltaSizes[d])};
+        return true;
+    }
+    return false;
+}
+
+}  // namespace deltaruns
+
+ByteString clsSTY::GetDeltaString(std::int16_t deltaNumber, std::int16_t spriteIdx) const {
+    deltaruns::Place place;
+    if (!deltaruns::Find(deltaNumber, spriteIdx, place)) return {};
+    // A delta whose bytes run past the store gives what is there.
+    const std::size_t start = std::min(place.start, STYDeltaStore.size());
+    const std::size_t end = std::min(start + place.length, STYDeltaStore.size());
+    return ByteString(STYDeltaStore.begin() + static_cast<long>(start), STYDeltaStore.begin() + static_cast<long>(end));
+}
+
+void clsSTY::RenderDelta(std::int16_t deltaNumber, std::int16_t spriteIdx, PictureControl& PicBox,
+                         std::int16_t PalIdx) const {
+    if (!pixelchecks::PaletteExists(PalIdx)) {
+        pixelchecks::Refuse("There is no palette " + std::to_string(PalIdx) + " to draw the delta in.");
+        return;
+    }
+    deltaruns::ForEachRun(GetDeltaString(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
+        if (P < 0) return;
+        const auto x = static_cast<int>(P % kSpriteRowStride), y = static_cast<int>(P / kSpriteRowStride);
+        for (std::size_t i = 0; i < pixels.size(); ++i)
+            PicBox.SetPixelV(x + static_cast<int>(i), y, GetCol(PalIdx, pixels[i]));
+    });
+}
+
+bool clsSTY::SaveDelta(const std::string& sFile, std::int16_t deltaNumber, std::int16_t spriteIdx,
+                       std::int16_t& Pal) const {
+    const auto pal = pixelchecks::SpritePalette(*this, spriteIdx, Pal);
+    if (!pal) return false;
+    const auto g = spriteblock::Of(*this, spriteIdx);
+    ByteString block = spriteblock::RowsTopFirst(*this, g);
+    // One column right of where RenderDelta draws; what passes the block's end is dropped.
+    deltaruns::ForEachRun(GetDeltaString(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
+        if (P < 0) return;
+        const std::int64_t first = (P / kSpriteRowStride) * g.padded + P % kSpriteRowStride + 1;
+        for (std::size_t i = 0; i < pixels.size(); ++i) {
+            const auto at = static_cast<std::size_t>(first) + i;
+            if (at < block.size()) block[at] = pixels[i];
+        }
+    });
+    std::error_code ec;
+    std::filesystem::remove(sFile, ec);
+    Pal = *pal;
+    if (!modBMP::WriteBMP(sFile, g.width, g.height, *pal, spriteblock::FlipRows(block, g.padded)))
+        return pixelchecks::Refuse("The picture file " + sFile + " cannot be written.");
+    return true;
+}

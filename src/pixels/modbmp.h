@@ -1,0 +1,23 @@
+#pragma once
+// The one picture format: 8-bit BMP with a full 256-colour table copied
+// straight from a palette of the store.
+
+#include <cstdint>
+#include <string>
+
+#include "style/bytes.h"
+
+namespace modBMP {
+
+inline constexpr std::int32_t kHeadBytes = 1078;
+
+// Writes from byte 0 without cutting a longer file short. False when the file
+// cannot be written or iPal names no palette; nothing is told here.
+bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::int16_t iPal, const ByteString& sBits);
+
+ByteString ReverseString(const ByteString& s);
+
+// A little-endian number of up to two bytes, read as signed 16 bits when it has two.
+std::int16_t ByteStringValue(const ByteString& s);
+
+}  // namespace modBMP

@@ -1,0 +1,27 @@
+#pragma once
+// Sprite rows as they lie in the store: rows of 256, W bytes taken from each.
+
+#include <cstdint>
+
+#include "style/clssty.h"
+
+namespace spriteblock {
+
+struct Geometry {
+    std::int64_t offset = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int32_t padded = 0;  // W
+};
+
+// The record of a sprite that exists.
+Geometry Of(const clsSTY& doc, std::int32_t idx);
+
+// The W bytes of each row, top row first. A row that runs past the end of
+// the store comes back short; one that starts outside it comes back empty.
+ByteString RowsTopFirst(const clsSTY& doc, const Geometry& g);
+
+// Rows of W bytes in the other order; a short last row stays short.
+ByteString FlipRows(const ByteString& block, std::int32_t W);
+
+}  // namespace spriteblock

@@ -1,0 +1,53 @@
+#include "pixels/checks.h"
+#include "pixels/modbmp.h"
+#include "pixels/picturecontrol.h"
+#include "pixels/transparentkey.h"
+#include "style/clssty.h"
+
+namespace {
+
+constexpr const char* kWorkFile = "temp.bmp";
+
+bool TellNotWritten(const std::string& file) {
+    return pixelchecks::Refuse("The picture file " + file + " cannot be written.");
+}
+
+}  // namespace
+
+bool clsSTY::RenderTile(std::int32_t idx, PictureControl& PicBox) {
+    const auto pal = pixelchecks::TilePalette(*this, idx);
+    if (!pal) return false;
+    iLastPal = *pal;
+    iLastWidth = kTileSide;
+    iLastHeight = kTileSide;
+    PicBox.Cls();
+    {
+        const TransparentKey key(bDrawTransparent, *pal);
+        if (!SaveTile(kWorkFile, idx)) return false;
+    }
+    return PicBox.LoadPicture(kWorkFile);
+}
+
+bool clsSTY::SaveTile(const std::string& sFile, std::int32_t idx) const {
+    const auto pal = pixelchecks::TilePalette(*this, idx);
+    if (!pal) return false;
+    // Bottom row first, as a BMP stores it; 64 needs no row padding.
+    const Tile& tile = STYTileStore[static_cast<std::size_t>(idx)];
+    ByteString block;
+    block.reserve(kTileBytes);
+    for (int r = kTileSide - 1; r >= 0; --r) {
+        const auto row = tile.begin() + r * kTileSide;
+        block.insert(block.end(), row, row + kTileSide);
+    }
+    if (!modBMP::WriteBMP(sFile, kTileSide, kTileSide, *pal, block)) return TellNotWritten(sFile);
+    return true;
+}
+
+bool clsSTY::SetBitsTile(std::int32_t TileNum, const ByteString& bits) {
+    if (!pixelchecks::TileExists(*this, TileNum))
+        return pixelchecks::Refuse("There is no tile " + std::to_string(TileNum) + " to write into.");
+    // Rows run top to bottom here; a short string leaves its rows filled with 32.
+    Tile& tile = STYTileStore[static_cast<std::size_t>(TileNum)];
+    for (std::size_t i = 0; i < tile.size(); ++i) tile[i] = i < bits.size() ? bits[i] : 32;
+    return true;
+}
