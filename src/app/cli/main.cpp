@@ -9,20 +9,6 @@
 #include "clierror.h"
 #include "commands.h"
 
-#ifdef OMBREVALE_CLI_WITHOUT_PIXELS
-namespace cli {
-namespace {
-int Missing(const Args& args) { throw Failure(args.words[0], args.command + " needs the pixel engine, which this build lacks"); }
-}  // namespace
-int RunTile(const Args& a) { return Missing(a); }
-int RunSprite(const Args& a) { return Missing(a); }
-int RunDelta(const Args& a) { return Missing(a); }
-int RunImportPalette(const Args& a) { return Missing(a); }
-int RunExport(const Args& a) { return Missing(a); }
-int RunSheet(const Args& a) { return Missing(a); }
-}  // namespace cli
-#endif
-
 int main(int argc, char** argv) {
     using namespace cli;
     const std::vector<std::string> words(argv + 1, argv + argc);
