@@ -1,0 +1,123 @@
+// Every byte of the BMP files, against the file format's table and the
+// pixel formulas, and the two byte-string helpers.
+
+#include <gtest/gtest.h>
+
+#include "pixels/modbmp.h"
+#include "scene.h"
+
+namespace pixeltest {
+namespace {
+
+// The head every file must have, field by field.
+void ExpectHead(const Bytes& f, std::uint32_t width, std::uint32_t height, std::size_t blockBytes) {
+    ASSERT_GE(f.size(), 1078u);
+    EXPECT_EQ(f[0], 'B');
+    EXPECT_EQ(f[1], 'M');
+    EXPECT_EQ(U32At(f, 2), 1078 + blockBytes) << "bfSize";
+    EXPECT_EQ(U32At(f, 6), 0u) << "bfReserved1/2";
+    EXPECT_EQ(U32At(f, 10), 1078u) << "bfOffBits";
+    EXPECT_EQ(U32At(f, 14), 40u) << "biSize";
+    EXPECT_EQ(U32At(f, 18), width) << "biWidth";
+    EXPECT_EQ(U32At(f, 22), height) << "biHeight";
+    EXPECT_EQ(U16At(f, 26), 1) << "biPlanes";
+    EXPECT_EQ(U16At(f, 28), 8) << "biBitCount";
+    for (std::size_t at : {30u, 34u, 38u, 42u}) EXPECT_EQ(U32At(f, at), 0u) << "field at " << at;
+    EXPECT_EQ(U32At(f, 46), 256u) << "biClrUsed";
+    EXPECT_EQ(U32At(f, 50), 256u) << "biClrImportant";
+}
+
+void ExpectColourTable(const Bytes& f, std::size_t pal) {
+    for (std::size_t c = 0; c < 256; ++c) {
+        const auto stored = StoredColour(pal, c);
+        for (std::size_t b = 0; b < 4; ++b) ASSERT_EQ(f[54 + c * 4 + b], stored[b]) << "colour " << c << " byte " << b;
+    }
+}
+
+class SpriteBmp : public Scene, public ::testing::WithParamInterface<std::size_t> {};
+
+TEST_P(SpriteBmp, HeadTableAndRowsMatchTheStore) {
+    const std::size_t s = GetParam();
+    const auto& spec = kSprites[s];
+    const std::size_t W = (spec.width + 3u) / 4u * 4u;
+    std::int16_t pal = -1;
+    ASSERT_TRUE(doc.SaveSprite(File("s.bmp"), static_cast<std::int32_t>(s), pal));
+    EXPECT_EQ(pal, SpriteOwnPalette(s));
+    const Bytes f = testsupport::ReadFile(File("s.bmp"));
+    ExpectHead(f, spec.width, spec.height, W * spec.height);
+    ExpectColourTable(f, static_cast<std::size_t>(SpriteOwnPalette(s)));
+    ASSERT_EQ(f.size(), 1078 + W * spec.height);
+    // Bottom row first; the padding bytes are the store's, not zeros.
+    for (std::size_t y = 0; y < spec.height; ++y)
+        for (std::size_t x = 0; x < W; ++x)
+            ASSERT_EQ(f[1078 + (spec.height - 1 - y) * W + x],
+                      SpriteByte(static_cast<std::size_t>(spec.offset) + y * 256 + x))
+                << "x " << x << " y " << y;
+}
+
+INSTANTIATE_TEST_SUITE_P(Widths, SpriteBmp, ::testing::Values(0, 1, 2, 3, 4, 5, 6, 7, 8), [](const auto& p) {
+    const auto& spec = kSprites[p.param];
+    return "Sprite" + std::to_string(p.param) + "_" + std::to_string(spec.width) + "x" + std::to_string(spec.height);
+});
+
+TEST_F(Scene, TileBmpIsBottomRowFirstWithItsOwnPalette) {
+    ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 2));
+    const Bytes f = testsupport::ReadFile(File("t.bmp"));
+    ASSERT_EQ(f.size(), 5174u);
+    ExpectHead(f, 64, 64, 4096);
+    ExpectColourTable(f, static_cast<std::size_t>(TilePalette(2)));
+    for (std::size_t r = 0; r < 64; ++r)
+        for (std::size_t c = 0; c < 64; ++c) ASSERT_EQ(f[1078 + (63 - r) * 64 + c], TilePixel(2, r, c));
+}
+
+// SaveTile writes over a longer file and keeps its tail; sprites and deltas
+// remove the file first.
+TEST_F(Scene, OnlyTilesLeaveTheTailOfALongerFile) {
+    const Bytes longer(9000, 0xEE);
+    testsupport::WriteFile(File("t.bmp"), longer);
+    testsupport::WriteFile(File("s.bmp"), longer);
+    testsupport::WriteFile(File("d.bmp"), longer);
+    ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 0));
+    std::int16_t pal = -1;
+    ASSERT_TRUE(doc.SaveSprite(File("s.bmp"), 0, pal));
+    ASSERT_TRUE(doc.SaveDelta(File("d.bmp"), 0, 0, pal));
+    const Bytes t = testsupport::ReadFile(File("t.bmp"));
+    ASSERT_EQ(t.size(), 9000u);
+    EXPECT_EQ(U32At(t, 2), 5174u);
+    EXPECT_EQ(t[5174], 0xEE);
+    EXPECT_EQ(testsupport::ReadFile(File("s.bmp")).size(), 1078u + 320);
+    EXPECT_EQ(testsupport::ReadFile(File("d.bmp")).size(), 1078u + 320);
+}
+
+struct ValueCase {
+    Bytes bytes;
+    std::int16_t expected;
+};
+
+class ByteStringValue : public ::testing::TestWithParam<ValueCase> {};
+
+TEST_P(ByteStringValue, ReadsLittleEndianSigned) {
+    EXPECT_EQ(modBMP::ByteStringValue(GetParam().bytes), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, ByteStringValue,
+                         ::testing::Values(ValueCase{{0x34, 0x12}, 0x1234}, ValueCase{{0x05, 0x00}, 5},
+                                           ValueCase{{0x00, 0x80}, -32768}, ValueCase{{0xFF, 0xFF}, -1},
+                                           ValueCase{{0x2A}, 42}, ValueCase{{0xFF}, 255}, ValueCase{{}, 0}));
+
+TEST(ReverseString, LastByteFirst) {
+    EXPECT_EQ(modBMP::ReverseString({1, 2, 3}), (ByteString{3, 2, 1}));
+    EXPECT_TRUE(modBMP::ReverseString({}).empty());
+}
+
+TEST(Fixwidth, NextMultipleOfFour) {
+    for (std::int32_t w = 0; w <= 256; ++w) {
+        std::int32_t fixed = w;
+        clsSTY::Fixwidth(fixed);
+        EXPECT_EQ(fixed % 4, 0);
+        EXPECT_TRUE(fixed >= w && fixed < w + 4) << w;
+    }
+}
+
+}  // namespace
+}  // namespace pixeltest

@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "scene.h"
+
+namespace pixeltest {
+namespace {
+
+std::string ColourLines(int count, const std::string& eol, int shift = 0) {
+    std::string s;
+    for (int i = 0; i < count; ++i)
+        s += std::to_string((i + shift) % 256) + " " + std::to_string((i * 3) % 256) + " " + std::to_string(255 - i) +
+             eol;
+    return s;
+}
+
+std::string Jasc(const std::string& eol, int count = 256, const std::string& countLine = "256") {
+    return "JASC-PAL" + eol + "0100" + eol + countLine + eol + ColourLines(count, eol);
+}
+
+void ExpectImported(std::size_t pal, int count) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+        const auto& p = modDeclares::STYPalData[pal];
+        ASSERT_EQ(p[i * 4 + 2], i % 256) << "red of " << i;
+        ASSERT_EQ(p[i * 4 + 1], (i * 3) % 256) << "green of " << i;
+        ASSERT_EQ(p[i * 4 + 0], 255 - i) << "blue of " << i;
+        ASSERT_EQ(p[i * 4 + 3], StoredColour(pal, i)[3]) << "fourth byte of " << i;
+    }
+}
+
+struct GoodFile {
+    const char* name;
+    std::string text;
+};
+
+class ImportGood : public Scene, public ::testing::WithParamInterface<GoodFile> {};
+
+TEST_P(ImportGood, ReplacesAll256ColoursKeepingTheFourthByte) {
+    testsupport::WriteFile(File("p.pal"), testsupport::Text(GetParam().text));
+    ASSERT_TRUE(doc.ImportPalette(File("p.pal"), 1));
+    ExpectImported(1, 256);
+    EXPECT_EQ(modDeclares::STYPalData[0][4], StoredColour(0, 1)[0]) << "other palettes untouched";
+    EXPECT_TRUE(hooks.messages().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, ImportGood,
+    ::testing::Values(GoodFile{"CrLf", Jasc("\r\n")}, GoodFile{"CrAlone", Jasc("\r")}, GoodFile{"Lf", Jasc("\n")},
+                      GoodFile{"CountLineSays16", Jasc("\r\n", 256, "16")},
+                      GoodFile{"FourthFieldIgnored", "JASC-PAL\n0100\n256\n" +
+                                                         [] {
+                                                             std::string s;
+                                                             for (int i = 0; i < 256; ++i)
+                                                                 s += std::to_string(i) + " " +
+                                                                      std::to_string((i * 3) % 256) + " " +
+                                                                      std::to_string(255 - i) + " 40\n";
+                                                             return s;
+                                                         }()},
+                      GoodFile{"LinesBehindAreNotRead", Jasc("\n") + "garbage\n"}),
+    [](const auto& p) { return std::string(p.param.name); });
+
+struct BadFile {
+    const char* name;
+    std::string text;
+    bool told;  // a file that is not a palette file at all is passed over silently
+};
+
+class ImportBad : public Scene, public ::testing::WithParamInterface<BadFile> {};
+
+TEST_P(ImportBad, LeavesThePaletteAsItWas) {
+    testsupport::WriteFile(File("p.pal"), testsupport::Text(GetParam().text));
+    const auto before = modDeclares::STYPalData;
+    EXPECT_FALSE(doc.ImportPalette(File("p.pal"), 2));
+    EXPECT_EQ(modDeclares::STYPalData, before);
+    EXPECT_EQ(hooks.messages().size(), GetParam().told ? 1u : 0u);
+}
+
+std::string WithLine(int colour, const std::string& line) {
+    std::string s = "JASC-PAL\n0100\n256\n";
+    for (int i = 0; i < 256; ++i) s += (i == colour ? line : "1 2 3") + "\n";
+    return s;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, ImportBad,
+                         ::testing::Values(BadFile{"LowerCaseMark", Jasc("\n").replace(0, 8, "jasc-pal"), false},
+                                           BadFile{"MarkWithBlank", "JASC-PAL " + Jasc("\n").substr(8), false},
+                                           BadFile{"Empty", "", false},
+                                           BadFile{"OnlySixteenColours", Jasc("\r\n", 16, "16"), true},
+                                           BadFile{"EndsAfterHead", "JASC-PAL\n0100\n", true},
+                                           BadFile{"DoubleBlank", WithLine(9, "1  2 3"), true},
+                                           BadFile{"Tabs", WithLine(9, "1\t2\t3"), true},
+                                           BadFile{"TwoFields", WithLine(200, "1 2"), true},
+                                           BadFile{"Above255", WithLine(255, "1 256 3"), true},
+                                           BadFile{"Negative", WithLine(0, "-1 2 3"), true},
+                                           BadFile{"NotANumber", WithLine(3, "1 2 x"), true}),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST_F(Scene, MissingPaletteFileIsTold) {
+    const auto before = modDeclares::STYPalData;
+    EXPECT_FALSE(doc.ImportPalette(File("none.pal"), 0));
+    EXPECT_EQ(modDeclares::STYPalData, before);
+    EXPECT_EQ(hooks.messages().size(), 1u);
+}
+
+}  // namespace
+}  // namespace pixeltest

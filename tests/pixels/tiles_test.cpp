@@ -1,0 +1,138 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "scene.h"
+
+namespace pixeltest {
+namespace {
+
+class RenderTile : public Scene, public ::testing::WithParamInterface<bool> {};
+
+// The key colour is in colour 0 for the length of the write only.
+TEST_P(RenderTile, ShowsColourZeroAsTheKeyOnlyWhenTransparent) {
+    const bool transparent = GetParam();
+    doc.DrawTransparent(transparent);
+    const auto before = modDeclares::STYPalData;
+    TestPicture pic;
+    ASSERT_TRUE(doc.RenderTile(0, pic));
+    EXPECT_EQ(modDeclares::STYPalData, before);
+    EXPECT_EQ(pic.wipes, 1);
+    EXPECT_EQ(doc.lPal(), TilePalette(0));
+    EXPECT_EQ(doc.lWidth(), 64);
+    EXPECT_EQ(doc.lHeight(), 64);
+
+    const Bytes f = testsupport::ReadFile("temp.bmp");
+    const auto stored = StoredColour(static_cast<std::size_t>(TilePalette(0)), 0);
+    const Bytes colour0(f.begin() + 54, f.begin() + 58);
+    const Bytes key{255, 0, 255, stored[3]};
+    EXPECT_EQ(colour0, transparent ? key : Bytes(stored.begin(), stored.end()));
+
+    ASSERT_EQ(pic.Width(), 64);
+    for (int r = 0; r < 64; ++r)
+        for (int c = 0; c < 64; ++c) {
+            const std::uint8_t px = TilePixel(0, static_cast<std::size_t>(r), static_cast<std::size_t>(c));
+            const std::int32_t expected =
+                (px == 0 && transparent) ? 0xFF00FF : ExpectedColour(static_cast<std::size_t>(TilePalette(0)), px);
+            ASSERT_EQ(pic.picture.At(c, r), expected) << c << "," << r;
+        }
+    EXPECT_TRUE(hooks.messages().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Transparency, RenderTile, ::testing::Bool());
+
+TEST_F(Scene, SaveTileWritesTheStoredColourZeroEvenWhenTransparent) {
+    doc.DrawTransparent(true);
+    ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 1));
+    const Bytes f = testsupport::ReadFile(File("t.bmp"));
+    const auto stored = StoredColour(static_cast<std::size_t>(TilePalette(1)), 0);
+    EXPECT_EQ(Bytes(f.begin() + 54, f.begin() + 58), Bytes(stored.begin(), stored.end()));
+}
+
+TEST_F(Scene, SetBitsTileTakesRowsTopFirstAndFillsShortRowsWith32) {
+    ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 3));
+    const Bytes f = testsupport::ReadFile(File("t.bmp"));
+    ASSERT_TRUE(doc.SetBitsTile(3, ByteString(f.begin() + 1078, f.end())));
+    for (std::size_t r = 0; r < 64; ++r)
+        for (std::size_t c = 0; c < 64; ++c) ASSERT_EQ(doc.STYTileStore[3][r * 64 + c], TilePixel(3, 63 - r, c));
+
+    ASSERT_TRUE(doc.SetBitsTile(2, ByteString(100, 7)));
+    for (std::size_t i = 0; i < 4096; ++i) ASSERT_EQ(doc.STYTileStore[2][i], i < 100 ? 7 : 32) << i;
+}
+
+// A number that names nothing is refused with one message: no picture, no
+// file, no store changed.
+struct Refusal {
+    const char* name;
+    std::function<bool(clsSTY&, const std::string&, TestPicture&)> call;
+};
+
+class Refused : public Scene, public ::testing::WithParamInterface<Refusal> {};
+
+TEST_P(Refused, TellsOnceAndWritesNothing) {
+    const auto palettes = modDeclares::STYPalData;
+    const auto sprites = doc.STYSpriteData;
+    const auto deltas = modDeclares::STYDeltaStore;
+    TestPicture pic;
+    EXPECT_FALSE(GetParam().call(doc, File("out.bmp"), pic));
+    EXPECT_EQ(hooks.messages().size(), 1u);
+    EXPECT_FALSE(std::filesystem::exists(File("out.bmp")));
+    EXPECT_FALSE(std::filesystem::exists("temp.bmp"));
+    EXPECT_EQ(pic.loads, 0);
+    EXPECT_EQ(modDeclares::STYPalData, palettes);
+    EXPECT_EQ(doc.STYSpriteData, sprites);
+    EXPECT_EQ(modDeclares::STYDeltaStore, deltas);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    BadNumbers, Refused,
+    ::testing::Values(
+        Refusal{"TileMinusOne", [](clsSTY& d, const std::string&, TestPicture& p) { return d.RenderTile(-1, p); }},
+        Refusal{"TilePastEnd", [](clsSTY& d, const std::string& f, TestPicture&) { return d.SaveTile(f, 4); }},
+        Refusal{"TileWithoutPaletteEntry",
+                [](clsSTY& d, const std::string&, TestPicture& p) {
+                    modDeclares::STYPalIndex[0] = 99;
+                    return d.RenderTile(0, p);
+                }},
+        Refusal{"SpritePastEnd",
+                [](clsSTY& d, const std::string& f, TestPicture&) {
+                    std::int16_t pal = -1;
+                    return d.SaveSprite(f, 9, pal);
+                }},
+        Refusal{"SpritePaletteMissing",
+                [](clsSTY& d, const std::string&, TestPicture& p) {
+                    std::int16_t pal = 3;
+                    return d.RenderSprite(0, p, pal);
+                }},
+        Refusal{"SpriteOwnPaletteBeyondTable",
+                [](clsSTY& d, const std::string& f, TestPicture&) {
+                    modDeclares::STYPalBase[0] = 1000;
+                    std::int16_t pal = -1;
+                    return d.SaveSprite(f, 0, pal);
+                }},
+        Refusal{"DeltaOfMissingSprite",
+                [](clsSTY& d, const std::string& f, TestPicture&) {
+                    std::int16_t pal = -1;
+                    return d.SaveDelta(f, 0, -3, pal);
+                }},
+        Refusal{"SetBitsTilePastEnd",
+                [](clsSTY& d, const std::string&, TestPicture&) { return d.SetBitsTile(7, ByteString(4096, 1)); }},
+        Refusal{"SetBitsSpritePastEnd",
+                [](clsSTY& d, const std::string&, TestPicture&) { return d.SetBits(40, ByteString(8, 1)); }},
+        Refusal{"ImportIntoMissingPalette",
+                [](clsSTY& d, const std::string& f, TestPicture&) { return d.ImportPalette(f, 3); }},
+        Refusal{"ColourOutOfRange", [](clsSTY& d, const std::string&, TestPicture&) { return d.GetCol(0, 256) != 0; }},
+        Refusal{"PaletteOutOfRange", [](clsSTY& d, const std::string&, TestPicture&) { return d.GetCol(-1, 0) != 0; }}),
+    [](const auto& p) { return std::string(p.param.name); });
+
+TEST_F(Scene, GetColIgnoresTheFourthByte) {
+    modDeclares::STYPalData[2][7 * 4 + 0] = 1;  // blue
+    modDeclares::STYPalData[2][7 * 4 + 1] = 2;  // green
+    modDeclares::STYPalData[2][7 * 4 + 2] = 3;  // red
+    modDeclares::STYPalData[2][7 * 4 + 3] = 4;
+    EXPECT_EQ(doc.GetCol(2, 7), 0x010203);
+}
+
+}  // namespace
+}  // namespace pixeltest
