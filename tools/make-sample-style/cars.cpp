@@ -18,24 +18,43 @@ struct Model {
 };
 
 Model ModelFor(int car) {
-    static constexpr std::array<Body, 14> kCycle = {Body::Compact, Body::Saloon, Body::Sports, Body::Estate,
-                                                    Body::Van,     Body::Saloon, Body::Pickup, Body::Compact,
-                                                    Body::Truck,   Body::Sports, Body::Bus,    Body::Saloon,
-                                                    Body::Limo,    Body::Bike};
+    static constexpr std::array<Body, 14> kCycle = {
+        Body::Compact, Body::Saloon, Body::Sports, Body::Estate, Body::Van,    Body::Saloon, Body::Pickup,
+        Body::Compact, Body::Truck,  Body::Sports, Body::Bus,    Body::Saloon, Body::Limo,   Body::Bike};
     const Body b = kCycle[static_cast<std::size_t>(car % 14)];
     const int grow = (car / 14) * 2;
     Model m{b, 24, 48, 2, false, false};
     switch (b) {
-    case Body::Compact: m = {b, 22 + grow / 2, 40 + grow, 2, false, false}; break;
-    case Body::Saloon: m = {b, 24, 50 + grow, 4, false, false}; break;
-    case Body::Sports: m = {b, 24, 46 + grow, 2, false, false}; break;
-    case Body::Estate: m = {b, 25, 52 + grow, 4, false, false}; break;
-    case Body::Van: m = {b, 28, 58 + grow, 2, false, false}; break;
-    case Body::Pickup: m = {b, 27, 54 + grow, 2, false, false}; break;
-    case Body::Truck: m = {b, 30, 76 + grow, 2, false, false}; break;
-    case Body::Bus: m = {b, 32, 100 + grow, 1, false, false}; break;
-    case Body::Limo: m = {b, 26, 74 + grow, 4, false, false}; break;
-    case Body::Bike: m = {b, 12, 30, 0, false, false}; break;
+        case Body::Compact:
+            m = {b, 22 + grow / 2, 40 + grow, 2, false, false};
+            break;
+        case Body::Saloon:
+            m = {b, 24, 50 + grow, 4, false, false};
+            break;
+        case Body::Sports:
+            m = {b, 24, 46 + grow, 2, false, false};
+            break;
+        case Body::Estate:
+            m = {b, 25, 52 + grow, 4, false, false};
+            break;
+        case Body::Van:
+            m = {b, 28, 58 + grow, 2, false, false};
+            break;
+        case Body::Pickup:
+            m = {b, 27, 54 + grow, 2, false, false};
+            break;
+        case Body::Truck:
+            m = {b, 30, 76 + grow, 2, false, false};
+            break;
+        case Body::Bus:
+            m = {b, 32, 100 + grow, 1, false, false};
+            break;
+        case Body::Limo:
+            m = {b, 26, 74 + grow, 4, false, false};
+            break;
+        case Body::Bike:
+            m = {b, 12, 30, 0, false, false};
+            break;
     }
     // Special cars: a taxi, police cars, an ambulance and a fire engine.
     if (car == 5) m.taxiSign = true;
@@ -101,7 +120,8 @@ void DrawCar(Canvas& c, const Model& m, const CarState& s, std::uint64_t seed) {
         const int roofTop = l.screenTop + l.screenRows;
         if (m.body == Body::Truck || m.body == Body::Pickup) {
             const int bedTop = m.body == Body::Truck ? l.rearWindowTop + 3 : h * 55 / 100;
-            c.FillRect(2, bedTop, w - 4, h - bedTop - 1, m.body == Body::Truck ? Shade(kChrome, 16) : Shade(kInterior, 10));
+            c.FillRect(2, bedTop, w - 4, h - bedTop - 1,
+                       m.body == Body::Truck ? Shade(kChrome, 16) : Shade(kInterior, 10));
             c.Frame(2, bedTop, w - 4, h - bedTop - 1, Shade(kBody, 11));
             if (m.body == Body::Truck)
                 for (int y = bedTop + 6; y < h - 2; y += 6) c.Line(3, y, w - 4, y, Shade(kChrome, 12));
@@ -136,7 +156,8 @@ void DrawCar(Canvas& c, const Model& m, const CarState& s, std::uint64_t seed) {
             c.Line(edge, y0 + len, edge + in * 2, y0 + len, Shade(kBody, 9));
             if (stage > 0) {
                 // The door swings out on its front hinge: the seat shows behind it.
-                for (int k = 0; k <= stage; ++k) c.Line(edge + in * k, y0 + 1, edge + in * k, y0 + len - 1, Shade(kInterior, 12));
+                for (int k = 0; k <= stage; ++k)
+                    c.Line(edge + in * k, y0 + 1, edge + in * k, y0 + len - 1, Shade(kInterior, 12));
                 const int reach = len * (5 - stage) / 5;
                 c.Line(edge, y0, edge, y0 + reach, Shade(kBody, 22));
                 c.Line(edge + in * stage, y0 + 1, edge + in * stage, y0 + 2, Shade(kBody, 22));
@@ -186,7 +207,10 @@ modDeclares::CarRecord RecordFor(int car, const Model& m) {
         for (int i = 0; i < n; ++i) r.remaps.push_back(static_cast<std::uint8_t>((car * 5 + i * 3) % kCarRemaps));
     }
     r.numRemaps = static_cast<std::uint8_t>(r.remaps.size());
-    r.passengers = static_cast<std::uint8_t>(m.body == Body::Bike ? 1 : m.body == Body::Bus ? 12 : m.doors == 4 ? 4 : 2);
+    r.passengers = static_cast<std::uint8_t>(m.body == Body::Bike  ? 1
+                                             : m.body == Body::Bus ? 12
+                                             : m.doors == 4        ? 4
+                                                                   : 2);
     r.wreck = static_cast<std::uint8_t>(m.body == Body::Bike ? 0 : (m.height - 40) / 9 % 8);
     r.rating = static_cast<std::uint8_t>(1 + (car * 7) % 15);
     r.frontWheelOffset = static_cast<std::uint8_t>(m.height / 2 - l.frontAxle);
@@ -203,8 +227,8 @@ modDeclares::CarRecord RecordFor(int car, const Model& m) {
         const int dx = d % 2 == 0 && m.body != Body::Bus ? -m.width / 2 : m.width / 2;
         const int dy = y0 + len / 2 - m.height / 2;
         // x then y, signed bytes, from the middle of the car.
-        r.doors.push_back(static_cast<std::uint16_t>((static_cast<std::uint8_t>(dx)) |
-                                                     (static_cast<std::uint8_t>(dy) << 8)));
+        r.doors.push_back(
+            static_cast<std::uint16_t>((static_cast<std::uint8_t>(dx)) | (static_cast<std::uint8_t>(dy) << 8)));
     }
     return r;
 }
@@ -254,8 +278,10 @@ CarSet BuildCars() {
             for (int x = 0; x < m.width; ++x) {
                 const int c0 = art.pixels.At(x, y);
                 if (c0 == 0) continue;
-                if (c0 / kShades == kGlass) art.pixels.Set(x, y, Shade(kTyre, 3));
-                else if (rng.Chance(30)) art.pixels.Set(x, y, Shade(kCarGrey, rng.Range(3, 9)));
+                if (c0 / kShades == kGlass)
+                    art.pixels.Set(x, y, Shade(kTyre, 3));
+                else if (rng.Chance(30))
+                    art.pixels.Set(x, y, Shade(kCarGrey, rng.Range(3, 9)));
             }
         set.sprites.push_back(std::move(art));
         set.deltaImages.emplace_back();

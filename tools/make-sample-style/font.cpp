@@ -61,12 +61,18 @@ constexpr std::array<std::array<std::uint8_t, 7>, 94> kFace = {{
 struct FontStyle {
     int glyphs;  // characters from '!' on
     int scale;
-    int ramp;    // face colour; the outline is always ramp 3 (near black)
+    int ramp;  // face colour; the outline is always ramp 3 (near black)
 };
 
 // Ramps of the font palettes: 1 white, 2 own colour, 3 black, 4 yellow, 5 green, 6 red, 7 blue.
 constexpr std::array<FontStyle, kFontCount> kFonts = {{
-    {94, 2, 1}, {94, 1, 1}, {94, 3, 2}, {58, 2, 4}, {58, 3, 5}, {26, 4, 6}, {26, 2, 7},
+    {94, 2, 1},
+    {94, 1, 1},
+    {94, 3, 2},
+    {58, 2, 4},
+    {58, 3, 5},
+    {26, 4, 6},
+    {26, 2, 7},
 }};
 
 SpriteArt Glyph(int code, const FontStyle& style, int palette) {

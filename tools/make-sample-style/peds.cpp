@@ -54,7 +54,8 @@ std::vector<SpriteArt> BuildPeds() {
                 static constexpr std::array<Arms, 5> kArms = {Arms::Swing, Arms::Punch, Arms::Gun, Arms::Raised,
                                                               Arms::Carry};
                 const Arms arms = group < 2 ? Arms::Swing : kArms[static_cast<std::size_t>(group % 5)];
-                const int stride = kStride[static_cast<std::size_t>(phase)] * (group == 1 ? 2 : 1) / (group == 1 ? 1 : 1);
+                const int stride =
+                    kStride[static_cast<std::size_t>(phase)] * (group == 1 ? 2 : 1) / (group == 1 ? 1 : 1);
                 DrawPed(art.pixels, group == 1 ? stride + stride / 2 : stride, arms, set);
             }
             out.push_back(std::move(art));

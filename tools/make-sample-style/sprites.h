@@ -27,9 +27,9 @@ struct SpriteArt {
 };
 
 struct CarSet {
-    std::vector<SpriteArt> sprites;                 // kCarSprites, cars first
-    std::vector<modDeclares::CarRecord> records;    // one per car model
-    std::vector<std::vector<Canvas>> deltaImages;   // per car sprite: the sprite with each delta applied
+    std::vector<SpriteArt> sprites;                // kCarSprites, cars first
+    std::vector<modDeclares::CarRecord> records;   // one per car model
+    std::vector<std::vector<Canvas>> deltaImages;  // per car sprite: the sprite with each delta applied
 };
 
 CarSet BuildCars();

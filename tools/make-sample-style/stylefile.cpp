@@ -85,8 +85,8 @@ std::vector<std::uint8_t> TilePayload(const std::vector<TileArt>& tiles) {
     for (std::size_t t = 0; t < tiles.size(); ++t)
         for (int r = 0; r < 64; ++r)
             for (int c = 0; c < 64; ++c)
-                out[(t / 4) * kStripBytes + static_cast<std::size_t>(r * 256) + (t % 4) * 64 + static_cast<std::size_t>(c)] =
-                    tiles[t].pixels.At(c, r);
+                out[(t / 4) * kStripBytes + static_cast<std::size_t>(r * 256) + (t % 4) * 64 +
+                    static_cast<std::size_t>(c)] = tiles[t].pixels.At(c, r);
     return out;
 }
 
@@ -94,7 +94,8 @@ std::vector<std::uint8_t> PalettePayload(const std::vector<PaletteBytes>& pals) 
     std::vector<std::uint8_t> out(pals.size() * kPaletteBytes);
     for (std::size_t p = 0; p < pals.size(); ++p)
         for (std::size_t c = 0; c < 256; ++c)
-            for (std::size_t b = 0; b < 4; ++b) out[(p / 64) * kPalettePageBytes + c * 256 + (p % 64) * 4 + b] = pals[p][c * 4 + b];
+            for (std::size_t b = 0; b < 4; ++b)
+                out[(p / 64) * kPalettePageBytes + c * 256 + (p % 64) * 4 + b] = pals[p][c * 4 + b];
     return out;
 }
 
@@ -147,15 +148,18 @@ std::vector<std::uint8_t> BuildStyleFile() {
         }
     }
 
-    const std::array<int, 6> spriteBase = {kCarSprites, kPedSprites, kCodeObjects, kMapObjects, kUserSprites,
-                                           static_cast<int>(fonts.size())};
-    const std::array<int, 8> palBase = {kTileCount, static_cast<int>(sprites.size()), kCarRemaps, kPedRemaps, 0, 0, 0, 0};
+    const std::array<int, 6> spriteBase = {kCarSprites, kPedSprites,  kCodeObjects,
+                                           kMapObjects, kUserSprites, static_cast<int>(fonts.size())};
+    const std::array<int, 8> palBase = {kTileCount, static_cast<int>(sprites.size()), kCarRemaps, kPedRemaps, 0, 0, 0,
+                                        0};
     std::vector<std::int16_t> palx(16384, 0);
-    for (int t = 0; t < kTileCount; ++t) palx[static_cast<std::size_t>(t)] = static_cast<std::int16_t>(tiles[static_cast<std::size_t>(t)].palette);
+    for (int t = 0; t < kTileCount; ++t)
+        palx[static_cast<std::size_t>(t)] = static_cast<std::int16_t>(tiles[static_cast<std::size_t>(t)].palette);
     for (std::size_t s = 0; s < sprites.size(); ++s)
         palx[static_cast<std::size_t>(kTileCount) + s] = static_cast<std::int16_t>(sprites[s].palette);
     const std::size_t remapBase = static_cast<std::size_t>(kTileCount) + sprites.size();
-    for (int m = 0; m < kCarRemaps; ++m) palx[remapBase + static_cast<std::size_t>(m)] = static_cast<std::int16_t>(kCarRemapPal + m);
+    for (int m = 0; m < kCarRemaps; ++m)
+        palx[remapBase + static_cast<std::size_t>(m)] = static_cast<std::int16_t>(kCarRemapPal + m);
     for (int m = 0; m < kPedRemaps; ++m)
         palx[remapBase + static_cast<std::size_t>(kCarRemaps + m)] = static_cast<std::int16_t>(kPedRemapPal + m);
 
@@ -178,9 +182,9 @@ std::vector<std::uint8_t> BuildStyleFile() {
     for (int v : palBase) ByteWriter(palb).I16(static_cast<std::int16_t>(v));
     ByteWriter cw(cari);
     for (const auto& r : cars.records) {
-        for (auto b : {r.model, r.sprite, r.width, r.height, r.numRemaps, r.passengers, r.wreck, r.rating,
-                       r.frontWheelOffset, r.rearWheelOffset, r.frontWindowOffset, r.rearWindowOffset, r.infoFlags,
-                       r.infoFlags2})
+        for (auto b :
+             {r.model, r.sprite, r.width, r.height, r.numRemaps, r.passengers, r.wreck, r.rating, r.frontWheelOffset,
+              r.rearWheelOffset, r.frontWindowOffset, r.rearWindowOffset, r.infoFlags, r.infoFlags2})
             cw.U8(b);
         cw.Bytes(r.remaps);
         cw.U8(r.numDoors);

@@ -119,49 +119,50 @@ void Asphalt(Canvas& c, Rng& rng, int variant, int fromRow) {
             y = ny;
         }
     }
-    if (variant % 5 == 2 && fromRow < 40) c.FillEllipse(rng.Range(16, 48), rng.Range(fromRow + 8, 56), 6, 4, Shade(kAsphalt, 10));
+    if (variant % 5 == 2 && fromRow < 40)
+        c.FillEllipse(rng.Range(16, 48), rng.Range(fromRow + 8, 56), 6, 4, Shade(kAsphalt, 10));
 }
 
 void RoadMarking(Canvas& c, Rng& rng, int variant, int kind) {
     Asphalt(c, rng, variant, 0);
     const std::uint8_t white = Shade(kWhitePaint, 20), yellow = Shade(kYellowPaint, 20);
     switch (kind) {
-    case 0:  // centre dash
-        c.FillRect(30, 8, 4, 32, white);
-        break;
-    case 1:  // double yellow
-        c.FillRect(26, 0, 3, 64, yellow);
-        c.FillRect(35, 0, 3, 64, yellow);
-        break;
-    case 2:  // edge line by the kerb
-        c.FillRect(0, 0, 4, 64, Shade(kPavement, 22));
-        c.FillRect(8, 0, 3, 64, white);
-        break;
-    case 3:  // zebra crossing
-        for (int y = 2; y < 64; y += 12) c.FillRect(6, y, 52, 7, white);
-        break;
-    case 4: {  // arrow pointing up
-        c.FillRect(29, 24, 6, 34, white);
-        for (int i = 0; i < 14; ++i) c.Line(32 - i, 10 + i, 32 + i, 10 + i, white);
-        break;
-    }
-    case 5:  // yellow box junction
-        c.Frame(2, 2, 60, 60, yellow);
-        c.Frame(3, 3, 58, 58, yellow);
-        for (int k = -64; k < 64; k += 16) {
-            c.Line(k, 0, k + 63, 63, yellow);
-            c.Line(k + 63, 0, k, 63, yellow);
+        case 0:  // centre dash
+            c.FillRect(30, 8, 4, 32, white);
+            break;
+        case 1:  // double yellow
+            c.FillRect(26, 0, 3, 64, yellow);
+            c.FillRect(35, 0, 3, 64, yellow);
+            break;
+        case 2:  // edge line by the kerb
+            c.FillRect(0, 0, 4, 64, Shade(kPavement, 22));
+            c.FillRect(8, 0, 3, 64, white);
+            break;
+        case 3:  // zebra crossing
+            for (int y = 2; y < 64; y += 12) c.FillRect(6, y, 52, 7, white);
+            break;
+        case 4: {  // arrow pointing up
+            c.FillRect(29, 24, 6, 34, white);
+            for (int i = 0; i < 14; ++i) c.Line(32 - i, 10 + i, 32 + i, 10 + i, white);
+            break;
         }
-        break;
-    case 6:  // parking bays
-        c.FillRect(0, 60, 64, 2, white);
-        for (int x = 0; x < 64; x += 21) c.FillRect(x, 20, 2, 42, white);
-        break;
-    default:  // drain cover
-        c.FillEllipse(32, 32, 11, 11, Shade(kGrey, 10));
-        c.FillEllipse(32, 32, 9, 9, Shade(kGrey, 16));
-        for (int k = -8; k <= 8; k += 4) c.Line(32 + k, 24, 32 + k, 40, Shade(kGrey, 8));
-        break;
+        case 5:  // yellow box junction
+            c.Frame(2, 2, 60, 60, yellow);
+            c.Frame(3, 3, 58, 58, yellow);
+            for (int k = -64; k < 64; k += 16) {
+                c.Line(k, 0, k + 63, 63, yellow);
+                c.Line(k + 63, 0, k, 63, yellow);
+            }
+            break;
+        case 6:  // parking bays
+            c.FillRect(0, 60, 64, 2, white);
+            for (int x = 0; x < 64; x += 21) c.FillRect(x, 20, 2, 42, white);
+            break;
+        default:  // drain cover
+            c.FillEllipse(32, 32, 11, 11, Shade(kGrey, 10));
+            c.FillEllipse(32, 32, 9, 9, Shade(kGrey, 16));
+            for (int k = -8; k <= 8; k += 4) c.Line(32 + k, 24, 32 + k, 40, Shade(kGrey, 8));
+            break;
     }
     // Paint wears: a few flecks of road show through.
     for (int i = 0; i < 60; ++i) {
@@ -186,7 +187,8 @@ void Rails(Canvas& c, Rng& rng, int variant, int kind) {
         for (int y = 0; y < 64; ++y)
             for (int x = 0; x < 64; ++x) c.Set(x, y, Shade(kPavement, rng.Range(17, 19)));
         for (int y = 0; y < 64; y += 8)
-            for (int i = 0; i < 8; ++i) c.Line(i + (y / 8 % 2) * 4, y, i + (y / 8 % 2) * 4, y + 7, Shade(kYellowPaint, 20));
+            for (int i = 0; i < 8; ++i)
+                c.Line(i + (y / 8 % 2) * 4, y, i + (y / 8 % 2) * 4, y + 7, Shade(kYellowPaint, 20));
         c.FillRect(0, 0, 3, 64, Shade(kGrey, 6));
         for (int y = 0; y < 64; y += 4) c.Line(12, y, 63, y, Shade(kPavement, 14));
     }

@@ -10,8 +10,18 @@ namespace sample {
 inline constexpr int kTileCount = 992;
 
 // Surface types as the game's SPEC lists them; 1 is "normal" and is not listed.
-enum Surface { kNormal = 1, kGrassDirt = 2, kRoad = 3, kWater = 4, kElectrified = 5, kElectrifiedPlatform = 6,
-               kWoodFloor = 7, kMetalFloor = 8, kMetalWall = 9, kGrassWall = 10 };
+enum Surface {
+    kNormal = 1,
+    kGrassDirt = 2,
+    kRoad = 3,
+    kWater = 4,
+    kElectrified = 5,
+    kElectrifiedPlatform = 6,
+    kWoodFloor = 7,
+    kMetalFloor = 8,
+    kMetalWall = 9,
+    kGrassWall = 10
+};
 
 struct TileArt {
     Canvas pixels{64, 64};

@@ -22,14 +22,10 @@ struct Shape {
 
 const std::map<std::string, Shape>& Commands() {
     static const std::map<std::string, Shape> commands = {
-        {"info", {1, false, false, false, false}},
-        {"save", {2, false, false, false, false}},
-        {"tile", {3, false, false, false, false, {1}}},
-        {"sprite", {3, true, false, false, false, {1}}},
-        {"delta", {4, true, false, false, false, {1, 2}}},
-        {"import-palette", {4, false, false, false, false, {1}}},
-        {"export", {2, false, true, false, false}},
-        {"sheet", {2, false, false, true, true}},
+        {"info", {1, false, false, false, false}},         {"save", {2, false, false, false, false}},
+        {"tile", {3, false, false, false, false, {1}}},    {"sprite", {3, true, false, false, false, {1}}},
+        {"delta", {4, true, false, false, false, {1, 2}}}, {"import-palette", {4, false, false, false, false, {1}}},
+        {"export", {2, false, true, false, false}},        {"sheet", {2, false, false, true, true}},
     };
     return commands;
 }
@@ -42,7 +38,8 @@ std::int64_t ParseNumber(const std::string& text, const std::string& what) {
     const char* last = text.data() + text.size();
     if (!text.empty() && text[0] == '+') ++first;
     const auto [end, ec] = std::from_chars(first, last, value);
-    if (text.empty() || ec != std::errc() || end != last) throw UsageError(what + " must be a decimal number, not \"" + text + "\"");
+    if (text.empty() || ec != std::errc() || end != last)
+        throw UsageError(what + " must be a decimal number, not \"" + text + "\"");
     return value;
 }
 

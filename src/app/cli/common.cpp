@@ -14,7 +14,8 @@ void LoadStyle(clsSTY& doc, const std::string& path) {
     if (!doc.LoadSTY(path)) throw Failure(path, voice.Take(path, "cannot be loaded"));
 }
 
-void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo, std::int64_t hi) {
+void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo,
+                std::int64_t hi) {
     if (value >= lo && value <= hi) return;
     if (hi < lo) throw Failure(file, what + " " + std::to_string(value) + " is out of range: there are none");
     throw Failure(file, what + " " + std::to_string(value) + " is out of range (" + std::to_string(lo) + ".." +

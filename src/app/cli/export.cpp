@@ -65,19 +65,21 @@ int RunExport(const Args& args) {
     std::vector<Job> jobs;
     for (int t = 0; t < doc.GetNumOfTiles(); ++t) {
         CheckedTilePalette(doc, style, t);
-        jobs.push_back({(dir / "tiles" / (Numbered("tile", t, 4) + ext)).string(), [&doc, t, &args](const std::string& p) {
-                            WritePicture(p, args.png, [&](const std::string& bmp) { return doc.SaveTile(bmp, t); });
-                        }});
+        jobs.push_back(
+            {(dir / "tiles" / (Numbered("tile", t, 4) + ext)).string(), [&doc, t, &args](const std::string& p) {
+                 WritePicture(p, args.png, [&](const std::string& bmp) { return doc.SaveTile(bmp, t); });
+             }});
     }
     for (int s = 0; s < doc.GetNumOfSprx(); ++s) {
         CheckSprite(doc, style, s);
         CheckedSpritePalette(doc, style, s, -1);
-        jobs.push_back({(dir / "sprites" / (Numbered("sprite", s, 4) + ext)).string(), [&doc, s, &args](const std::string& p) {
-                            WritePicture(p, args.png, [&](const std::string& bmp) {
-                                std::int16_t pal = -1;
-                                return doc.SaveSprite(bmp, s, pal);
-                            });
-                        }});
+        jobs.push_back(
+            {(dir / "sprites" / (Numbered("sprite", s, 4) + ext)).string(), [&doc, s, &args](const std::string& p) {
+                 WritePicture(p, args.png, [&](const std::string& bmp) {
+                     std::int16_t pal = -1;
+                     return doc.SaveSprite(bmp, s, pal);
+                 });
+             }});
     }
     std::vector<std::int16_t> seen;
     for (const auto& entry : modDeclares::STYDeltaIndex) {

@@ -27,8 +27,8 @@ std::string CarJson(const modDeclares::CarRecord& r) {
     s += Pair("model", r.model) + ", " + Pair("sprite", r.sprite) + ", " + Pair("width", r.width) + ", " +
          Pair("height", r.height) + ", " + Pair("passengers", r.passengers) + ", " + Pair("wreck", r.wreck) + ", " +
          Pair("rating", r.rating) + ", " + Pair("front_wheel_offset", r.frontWheelOffset) + ", " +
-         Pair("rear_wheel_offset", r.rearWheelOffset) + ", " + Pair("front_window_offset", r.frontWindowOffset) +
-         ", " + Pair("rear_window_offset", r.rearWindowOffset) + ", ";
+         Pair("rear_wheel_offset", r.rearWheelOffset) + ", " + Pair("front_window_offset", r.frontWindowOffset) + ", " +
+         Pair("rear_window_offset", r.rearWindowOffset) + ", ";
     s += "\"remaps\": " + List(r.remaps, r.numRemaps) + ", " + Pair("doors", r.numDoors) + "}";
     return s;
 }
@@ -44,7 +44,8 @@ int RunInfo(const Args& args) {
     bool first = true;
     for (int i = 0; i < kSectionCount; ++i) {
         if (!doc.IsPresent(static_cast<Section>(i))) continue;
-        sections += std::string(first ? "" : ", ") + "\"" + std::string(kSectionTags[static_cast<std::size_t>(i)]) + "\"";
+        sections +=
+            std::string(first ? "" : ", ") + "\"" + std::string(kSectionTags[static_cast<std::size_t>(i)]) + "\"";
         first = false;
     }
     sections += "]";
@@ -52,8 +53,8 @@ int RunInfo(const Args& args) {
     std::string deltas = "[";
     for (std::size_t i = 0; i < STYDeltaIndex.size(); ++i) {
         const auto& e = STYDeltaIndex[i];
-        deltas += std::string(i ? ", " : "") + "{" + Pair("sprite", e.sprite) + ", \"sizes\": " +
-                  List(e.deltaSizes, e.deltaCount) + "}";
+        deltas += std::string(i ? ", " : "") + "{" + Pair("sprite", e.sprite) +
+                  ", \"sizes\": " + List(e.deltaSizes, e.deltaCount) + "}";
     }
     deltas += "]";
     std::string cars = "[";
@@ -65,9 +66,9 @@ int RunInfo(const Args& args) {
     std::string out = "{\"sections\": " + sections + ", " + Pair("tiles", doc.GetNumOfTiles()) + ", " +
                       Pair("palettes", doc.GetNumOfPals()) + ", " + Pair("palx", doc.GetNumOfPalx()) + ", " +
                       Pair("sprites", doc.GetNumOfSprx()) + ", \"sprite_base\": " + List(STYSpriteBase, 6) +
-                      ", \"pal_base\": " + List(STYPalBase, 8) + ", \"font_base\": " +
-                      List(STYFontBase.base, fontEntries) + ", \"deltas\": " + deltas + ", \"cars\": " + cars +
-                      ", \"recycle\": " + List(STYRecycle, recycleEntries) + ", " +
+                      ", \"pal_base\": " + List(STYPalBase, 8) +
+                      ", \"font_base\": " + List(STYFontBase.base, fontEntries) + ", \"deltas\": " + deltas +
+                      ", \"cars\": " + cars + ", \"recycle\": " + List(STYRecycle, recycleEntries) + ", " +
                       Pair("sprite_data_bytes", static_cast<long long>(doc.STYSpriteData.size())) + ", " +
                       Pair("delta_data_bytes", static_cast<long long>(STYDeltaStore.size())) + ", " +
                       Pair("object_info_bytes", static_cast<long long>(doc.STYObjectInfo.size())) + ", " +

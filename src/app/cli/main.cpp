@@ -15,8 +15,8 @@ int main(int argc, char** argv) {
     try {
         const Args args = ParseArgs(words);
         static const std::map<std::string, int (*)(const Args&)> run = {
-            {"info", RunInfo},     {"save", RunSave},     {"tile", RunTile},
-            {"sprite", RunSprite}, {"delta", RunDelta},   {"import-palette", RunImportPalette},
+            {"info", RunInfo},     {"save", RunSave},   {"tile", RunTile},
+            {"sprite", RunSprite}, {"delta", RunDelta}, {"import-palette", RunImportPalette},
             {"export", RunExport}, {"sheet", RunSheet},
         };
         return run.at(args.command)(args);

@@ -1,10 +1,10 @@
 // sheet: all tiles on one picture, drawn the way the window draws its sheet.
+#include <unistd.h>
 #include <QImage>
 #include <QPainter>
 #include <QString>
 #include <filesystem>
 #include <system_error>
-#include <unistd.h>
 
 #include "checks.h"
 #include "clierror.h"

@@ -23,8 +23,10 @@ TEST_P(CliUsage, ExitsTwoWithTheUsageLineAndTouchesNothing) {
     testsupport::TempDir dir;
     std::vector<std::string> args = GetParam().args;
     for (auto& a : args)
-        if (a == "STYLE") a = clitest::kSample;
-        else if (a.rfind("OUT", 0) == 0) a = dir.File(a);
+        if (a == "STYLE")
+            a = clitest::kSample;
+        else if (a.rfind("OUT", 0) == 0)
+            a = dir.File(a);
     const auto r = clitest::RunCli(args);
     EXPECT_EQ(r.exitCode, 2);
     EXPECT_TRUE(r.out.empty());
@@ -69,7 +71,8 @@ Bytes WrongMagic() {
 }
 Bytes LowerCaseMagic() {
     Bytes b = Sample();
-    for (int i = 0; i < 4; ++i) b[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(b[static_cast<std::size_t>(i)] | 0x20);
+    for (int i = 0; i < 4; ++i)
+        b[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(b[static_cast<std::size_t>(i)] | 0x20);
     return b;
 }
 Bytes MagicOnly() { return testsupport::Text("GBST"); }
@@ -83,9 +86,7 @@ Bytes CutInsideSprites() {
     b.resize(b.size() - 400000);
     return b;
 }
-Bytes CutInsideSectionHead() {
-    return testsupport::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C'}).bytes();
-}
+Bytes CutInsideSectionHead() { return testsupport::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C'}).bytes(); }
 Bytes NegativeSize() { return testsupport::StyleBytes().AddWithSize("ZZZZ", -8, {}).bytes(); }
 Bytes HugeTileCount() { return testsupport::StyleBytes().AddWithSize("TILE", 0x7FFFF000, Bytes(16384, 1)).bytes(); }
 

@@ -77,14 +77,14 @@ TEST_P(CliImportBadPalette, ExitsOneNamingThePaletteFileAndWritesNoStyle) {
     EXPECT_FALSE(fs::exists(out));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, CliImportBadPalette,
-    ::testing::Values(BadPal{"NoMark", "0 0 0\r\n"}, BadPal{"LowerCaseMark", "jasc-pal\r\n0100\r\n256\r\n"},
-                      BadPal{"MarkWithTrailingBlank", "JASC-PAL \r\n0100\r\n256\r\n"},
-                      BadPal{"SixteenColoursOnly", JascColours(16)},
-                      BadPal{"ColourAbove255", "JASC-PAL\r\n0100\r\n256\r\n256 0 0\r\n"},
-                      BadPal{"TwoFieldsOnly", "JASC-PAL\r\n0100\r\n256\r\n10 20\r\n"}),
-    [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(Files, CliImportBadPalette,
+                         ::testing::Values(BadPal{"NoMark", "0 0 0\r\n"},
+                                           BadPal{"LowerCaseMark", "jasc-pal\r\n0100\r\n256\r\n"},
+                                           BadPal{"MarkWithTrailingBlank", "JASC-PAL \r\n0100\r\n256\r\n"},
+                                           BadPal{"SixteenColoursOnly", JascColours(16)},
+                                           BadPal{"ColourAbove255", "JASC-PAL\r\n0100\r\n256\r\n256 0 0\r\n"},
+                                           BadPal{"TwoFieldsOnly", "JASC-PAL\r\n0100\r\n256\r\n10 20\r\n"}),
+                         [](const auto& row) { return std::string(row.param.name); });
 
 TEST(CliImportPalette, AMissingPaletteFileIsNamed) {
     testsupport::TempDir dir;
@@ -119,15 +119,17 @@ TEST(CliExport, WritesEveryPictureAndPaletteUnderItsNameAndPngMatchesBmp) {
         EXPECT_EQ(FilesIn(out / "deltas"), deltas);
         EXPECT_EQ(FilesIn(out / "palettes"), static_cast<std::size_t>(doc.GetNumOfPals()));
         const char* ext = png ? ".png" : ".bmp";
-        for (const std::string name : {"tiles/tile-0000", "tiles/tile-0991", "sprites/sprite-0000", "sprites/sprite-1815",
-                                       "deltas/sprite-0000-delta-00", "deltas/sprite-0001-delta-22"})
+        for (const std::string name :
+             {"tiles/tile-0000", "tiles/tile-0991", "sprites/sprite-0000", "sprites/sprite-1815",
+              "deltas/sprite-0000-delta-00", "deltas/sprite-0001-delta-22"})
             EXPECT_TRUE(fs::exists(out / (name + ext))) << name;
         EXPECT_TRUE(fs::exists(out / "palettes/palette-191.pal"));
     }
     // The export's BMP is what the single command writes, and the PNG holds the same colours.
     const std::string single = dir.File("t.bmp");
     ASSERT_EQ(clitest::RunCli({"tile", clitest::kSample, "300", single}).exitCode, 0);
-    EXPECT_TRUE(testsupport::ReadFile(single) == testsupport::ReadFile((dir.path() / "bmp/tiles/tile-0300.bmp").string()));
+    EXPECT_TRUE(testsupport::ReadFile(single) ==
+                testsupport::ReadFile((dir.path() / "bmp/tiles/tile-0300.bmp").string()));
     for (const std::string name : {"tiles/tile-0300", "sprites/sprite-0007", "deltas/sprite-0005-delta-04"}) {
         const QImage bmp(QString::fromStdString((dir.path() / "bmp" / (name + ".bmp")).string()));
         const QImage png(QString::fromStdString((dir.path() / "png" / (name + ".png")).string()));
@@ -138,7 +140,8 @@ TEST(CliExport, WritesEveryPictureAndPaletteUnderItsNameAndPngMatchesBmp) {
     std::ifstream pal(dir.path() / "bmp/palettes/palette-070.pal", std::ios::binary);
     std::string all((std::istreambuf_iterator<char>(pal)), std::istreambuf_iterator<char>());
     const auto& p = modDeclares::STYPalData[70];
-    const std::string line5 = std::to_string(p[5 * 4 + 2]) + " " + std::to_string(p[5 * 4 + 1]) + " " + std::to_string(p[5 * 4]);
+    const std::string line5 =
+        std::to_string(p[5 * 4 + 2]) + " " + std::to_string(p[5 * 4 + 1]) + " " + std::to_string(p[5 * 4]);
     EXPECT_EQ(all.rfind("JASC-PAL\r\n0100\r\n256\r\n", 0), 0u);
     EXPECT_NE(all.find("\r\n" + line5 + "\r\n"), std::string::npos);
 }
@@ -148,7 +151,8 @@ std::string SmallSheetStyle(const testsupport::TempDir& dir) {
     std::vector<testsupport::TilePixels> tiles(4);
     for (int t = 0; t < 4; ++t)
         for (int i = 0; i < 4096; ++i)
-            tiles[static_cast<std::size_t>(t)][static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(t == 1 && i % 3 == 0 ? 0 : t * 10 + i % 7 + 1);
+            tiles[static_cast<std::size_t>(t)][static_cast<std::size_t>(i)] =
+                static_cast<std::uint8_t>(t == 1 && i % 3 == 0 ? 0 : t * 10 + i % 7 + 1);
     std::vector<testsupport::PaletteBytes> pals(64);
     for (std::size_t p = 0; p < 64; ++p)
         for (std::size_t c = 0; c < 256; ++c) {
@@ -195,7 +199,8 @@ TEST_P(CliSheet, DrawsEveryTileInItsCellWithOneSpareRow) {
             const int v = t == 1 && (y * 64 + x) % 3 == 0 ? 0 : t * 10 + (y * 64 + x) % 7 + 1;
             QRgb want = qRgb(255 - v, palOf[t] * 3, v);
             if (v == 0 && c.transparent) want = qRgb(255, 0, 255);
-            EXPECT_EQ(sheet.pixel((t % cols) * 64 + x, (t / cols) * 64 + y), want) << "tile " << t << " at " << x << "," << y;
+            EXPECT_EQ(sheet.pixel((t % cols) * 64 + x, (t / cols) * 64 + y), want)
+                << "tile " << t << " at " << x << "," << y;
         }
     EXPECT_TRUE(fs::exists(out));
     EXPECT_FALSE(fs::exists(dir.File("temp.bmp")));

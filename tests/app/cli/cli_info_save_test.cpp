@@ -33,9 +33,21 @@ void ExpectArray(const QJsonValue& v, const T& values, std::size_t count, const 
 TEST(CliInfo, KeysAreExactlyTheseInThisOrder) {
     const auto r = clitest::RunCli({"info", clitest::kSample});
     ASSERT_EQ(r.exitCode, 0);
-    const std::vector<std::string> keys = {"sections", "tiles", "palettes", "palx", "sprites", "sprite_base",
-                                           "pal_base", "font_base", "deltas", "cars", "recycle", "sprite_data_bytes",
-                                           "delta_data_bytes", "object_info_bytes", "surface_spec_bytes"};
+    const std::vector<std::string> keys = {"sections",
+                                           "tiles",
+                                           "palettes",
+                                           "palx",
+                                           "sprites",
+                                           "sprite_base",
+                                           "pal_base",
+                                           "font_base",
+                                           "deltas",
+                                           "cars",
+                                           "recycle",
+                                           "sprite_data_bytes",
+                                           "delta_data_bytes",
+                                           "object_info_bytes",
+                                           "surface_spec_bytes"};
     std::size_t at = 0;
     for (const auto& k : keys) {
         const auto found = r.out.find("\"" + k + "\": ", at);
@@ -47,9 +59,9 @@ TEST(CliInfo, KeysAreExactlyTheseInThisOrder) {
     const QJsonObject car = info["cars"].toArray()[0].toObject();
     QStringList carKeys = car.keys();
     carKeys.sort();
-    EXPECT_EQ(carKeys, QStringList({"doors", "front_wheel_offset", "front_window_offset", "height", "model",
-                                    "passengers", "rating", "rear_wheel_offset", "rear_window_offset", "remaps",
-                                    "sprite", "width", "wreck"}));
+    EXPECT_EQ(carKeys,
+              QStringList({"doors", "front_wheel_offset", "front_window_offset", "height", "model", "passengers",
+                           "rating", "rear_wheel_offset", "rear_window_offset", "remaps", "sprite", "width", "wreck"}));
     EXPECT_EQ(info["deltas"].toArray()[0].toObject().keys(), QStringList({"sizes", "sprite"}));
 }
 
@@ -71,7 +83,8 @@ TEST(CliInfo, ReportsWhatTheDocumentLoaded) {
     ASSERT_EQ(static_cast<std::size_t>(deltas.size()), STYDeltaIndex.size());
     for (std::size_t i = 0; i < STYDeltaIndex.size(); ++i) {
         EXPECT_EQ(deltas[static_cast<int>(i)]["sprite"].toInt(), STYDeltaIndex[i].sprite);
-        ExpectArray(deltas[static_cast<int>(i)]["sizes"], STYDeltaIndex[i].deltaSizes, STYDeltaIndex[i].deltaCount, "sizes");
+        ExpectArray(deltas[static_cast<int>(i)]["sizes"], STYDeltaIndex[i].deltaSizes, STYDeltaIndex[i].deltaCount,
+                    "sizes");
     }
     const QJsonArray cars = info["cars"].toArray();
     ASSERT_EQ(static_cast<std::size_t>(cars.size()), STYCarInfo.size());

@@ -119,7 +119,8 @@ TEST_F(SampleDoc, DeltaIsLaidOverItsSpriteOneColumnRightOfItsPosition) {
     const auto& entries = modDeclares::STYDeltaIndex;
     for (const auto& e : entries) {
         if (e.sprite == sprite) break;
-        for (int k = 0; k < e.deltaCount; ++k) place += static_cast<std::size_t>(e.deltaSizes[static_cast<std::size_t>(k)]);
+        for (int k = 0; k < e.deltaCount; ++k)
+            place += static_cast<std::size_t>(e.deltaSizes[static_cast<std::size_t>(k)]);
     }
     const auto& mine = entries[static_cast<std::size_t>(sprite)];
     for (int k = 0; k < d; ++k) place += static_cast<std::size_t>(mine.deltaSizes[static_cast<std::size_t>(k)]);
@@ -163,9 +164,12 @@ TEST_P(CliOutOfRange, ExitsOneNamingTheValidRangeAndWritesNothing) {
         for (int i = 0; i < 256; ++i) f << "1 2 3\r\n";
     }
     for (auto& a : args)
-        if (a == "STYLE") a = clitest::kSample;
-        else if (a == "PAL") a = pal;
-        else if (a.rfind("OUT", 0) == 0) a = dir_.File(a);
+        if (a == "STYLE")
+            a = clitest::kSample;
+        else if (a == "PAL")
+            a = pal;
+        else if (a.rfind("OUT", 0) == 0)
+            a = dir_.File(a);
     const auto r = clitest::RunCli(args);
     EXPECT_EQ(r.exitCode, 1);
     const auto lines = r.ErrLines();
@@ -177,16 +181,17 @@ TEST_P(CliOutOfRange, ExitsOneNamingTheValidRangeAndWritesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     Numbers, CliOutOfRange,
-    ::testing::Values(RangeCase{"TilePastTheEnd", {"tile", "STYLE", "992", "OUT.bmp"}, "tile 992 is out of range (0..991)"},
-                      RangeCase{"TileNegative", {"tile", "STYLE", "-1", "OUT.bmp"}, "(0..991)"},
-                      RangeCase{"SpritePastTheEnd", {"sprite", "STYLE", "1816", "OUT.bmp"}, "(0..1815)"},
-                      RangeCase{"SpritePalette", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "192"}, "(-1..191)"},
-                      RangeCase{"SpritePaletteBelowMinusOne", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "-2"}, "(-1..191)"},
-                      RangeCase{"DeltaOfASpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
-                      RangeCase{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
-                      RangeCase{"DeltaSprite", {"delta", "STYLE", "5000", "0", "OUT.bmp"}, "(0..1815)"},
-                      RangeCase{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
-                      RangeCase{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"}),
+    ::testing::Values(
+        RangeCase{"TilePastTheEnd", {"tile", "STYLE", "992", "OUT.bmp"}, "tile 992 is out of range (0..991)"},
+        RangeCase{"TileNegative", {"tile", "STYLE", "-1", "OUT.bmp"}, "(0..991)"},
+        RangeCase{"SpritePastTheEnd", {"sprite", "STYLE", "1816", "OUT.bmp"}, "(0..1815)"},
+        RangeCase{"SpritePalette", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "192"}, "(-1..191)"},
+        RangeCase{"SpritePaletteBelowMinusOne", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "-2"}, "(-1..191)"},
+        RangeCase{"DeltaOfASpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
+        RangeCase{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
+        RangeCase{"DeltaSprite", {"delta", "STYLE", "5000", "0", "OUT.bmp"}, "(0..1815)"},
+        RangeCase{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
+        RangeCase{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // A picture command on a damaged style: one line, no picture.
@@ -200,8 +205,10 @@ TEST_P(CliPictureOfBadStyle, ExitsOneAndWritesNothing) {
     testsupport::WriteFile(style, bytes);
     std::vector<std::string> args = GetParam();
     for (auto& a : args)
-        if (a == "STYLE") a = style;
-        else if (a.rfind("OUT", 0) == 0) a = dir.File(a);
+        if (a == "STYLE")
+            a = style;
+        else if (a.rfind("OUT", 0) == 0)
+            a = dir.File(a);
     const auto r = clitest::RunCli(args);
     EXPECT_EQ(r.exitCode, 1);
     ASSERT_EQ(r.ErrLines().size(), 1u) << r.err;

@@ -30,7 +30,8 @@ TEST(SampleStyle, HoldsEverySectionAFullTileSetAndTheFontGlyphs) {
     modDeclares::ResetSharedStores();
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(clitest::kSample));
-    for (int i = 0; i < kSectionCount; ++i) EXPECT_TRUE(doc.IsPresent(static_cast<Section>(i))) << kSectionTags[static_cast<std::size_t>(i)];
+    for (int i = 0; i < kSectionCount; ++i)
+        EXPECT_TRUE(doc.IsPresent(static_cast<Section>(i))) << kSectionTags[static_cast<std::size_t>(i)];
     EXPECT_GE(doc.GetNumOfTiles(), 992);
     EXPECT_GE(doc.GetNumOfPals(), 128);
     EXPECT_GE(doc.GetNumOfSprx(), 1460);
