@@ -10,17 +10,19 @@ std::string& FirstMessage() {
     return message;
 }
 
-}  // namespace
-
-DocumentVoice::DocumentVoice() {
+DocumentHooks Capturing() {
     DocumentHooks hooks;
     hooks.msgBox = [](const std::string& prompt, const std::string&, MsgIcon) {
         if (FirstMessage().empty()) FirstMessage() = prompt;
     };
-    InstallDocumentHooks(hooks);
+    return hooks;
 }
 
-DocumentVoice::~DocumentVoice() { InstallDocumentHooks({}); }
+}  // namespace
+
+DocumentVoice::DocumentVoice() : hooks_(Capturing()) {}
+
+DocumentVoice::~DocumentVoice() = default;
 
 std::string DocumentVoice::Take(const std::string& file, const std::string& fallback) {
     std::string text = FirstMessage();

@@ -4,6 +4,8 @@
 #include <stdexcept>
 #include <string>
 
+#include "style/hooks.h"
+
 namespace cli {
 
 inline constexpr int kExitOk = 0;
@@ -28,6 +30,8 @@ public:
 
 // Collects what the document says through its message hook, so that a failed
 // load or save becomes one line of ours instead of the document's own wording.
+// main installs one for the whole run, so the document and the pixel engine
+// never print a line of their own.
 class DocumentVoice {
 public:
     DocumentVoice();
@@ -36,7 +40,10 @@ public:
     DocumentVoice& operator=(const DocumentVoice&) = delete;
 
     // The first message since the last call, reworded for `file`; a fallback if there was none.
-    std::string Take(const std::string& file, const std::string& fallback);
+    static std::string Take(const std::string& file, const std::string& fallback);
+
+private:
+    ScopedDocumentHooks hooks_;
 };
 
 }  // namespace cli

@@ -36,6 +36,8 @@ void WriteThrough(const std::string& path, const std::function<bool(const std::s
     if (ok) fs::rename(temp, path, ec);
     if (!ok || ec) {
         fs::remove(temp, ec);
+        // The engine names our temporary file; the line names the one asked for.
+        DocumentVoice::Take(path, {});
         throw Failure(path, "cannot be written");
     }
 }

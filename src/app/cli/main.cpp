@@ -12,6 +12,7 @@
 int main(int argc, char** argv) {
     using namespace cli;
     const std::vector<std::string> words(argv + 1, argv + argc);
+    const DocumentVoice voice;
     try {
         const Args args = ParseArgs(words);
         static const std::map<std::string, int (*)(const Args&)> run = {

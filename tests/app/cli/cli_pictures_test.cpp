@@ -224,3 +224,33 @@ INSTANTIATE_TEST_SUITE_P(Commands, CliPictureOfBadStyle,
                                            std::vector<std::string>{"sheet", "STYLE", "OUT.png"}));
 
 }  // namespace
+
+namespace {
+
+// An output that cannot be written: one line naming it, whatever the engine says.
+class CliUnwritableOutput : public ::testing::TestWithParam<std::vector<std::string>> {};
+
+TEST_P(CliUnwritableOutput, ExitsOneWithOneLineNamingTheOutput) {
+    testsupport::TempDir dir;
+    const std::string missing = dir.File("no-such-folder/out");
+    std::vector<std::string> args = GetParam();
+    for (auto& a : args)
+        if (a == "STYLE")
+            a = clitest::kSample;
+        else if (a == "OUT")
+            a = missing;
+    const auto r = clitest::RunCli(args);
+    EXPECT_EQ(r.exitCode, 1);
+    ASSERT_EQ(r.ErrLines().size(), 1u) << r.err;
+    EXPECT_EQ(r.ErrLines()[0].rfind("ombrevale-cli: " + missing + ": ", 0), 0u) << r.err;
+    EXPECT_TRUE(fs::is_empty(dir.path()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, CliUnwritableOutput,
+                         ::testing::Values(std::vector<std::string>{"tile", "STYLE", "0", "OUT"},
+                                           std::vector<std::string>{"sprite", "STYLE", "0", "OUT", "--pal", "3"},
+                                           std::vector<std::string>{"delta", "STYLE", "0", "0", "OUT"},
+                                           std::vector<std::string>{"sheet", "STYLE", "OUT"},
+                                           std::vector<std::string>{"save", "STYLE", "OUT"}));
+
+}  // namespace
