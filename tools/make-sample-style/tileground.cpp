@@ -93,17 +93,18 @@ void Kerb(Canvas& c, Rng& rng, int variant) {
     for (int x = 0; x < 64; x += 16) c.Line(x, 40, x, 43, Shade(kPavement, 14));
 }
 
+// The rounded corner where two kerbs meet: road in the bottom right, slabs around it.
 void KerbCorner(Canvas& c, Rng& rng, int variant) {
-    Asphalt(c, rng, variant, 0);
-    const int r = variant % 2 == 0 ? 40 : 20;
+    Slabs(c, rng, variant);
+    const int r = variant % 2 == 0 ? 44 : 24;
     for (int y = 0; y < 64; ++y)
         for (int x = 0; x < 64; ++x) {
             const int dx = 64 - x, dy = 64 - y;
-            if (dx * dx + dy * dy > (64 - r) * (64 - r) && (x < 64 - 4 || y < 64 - 4)) {
-                const int d = dx * dx + dy * dy;
-                const int rim = (64 - r + 4) * (64 - r + 4);
-                c.Set(x, y, d < rim ? Shade(kPavement, 24) : Shade(kPavement, rng.Range(16, 19)));
-            }
+            const int d = dx * dx + dy * dy;
+            if (d < (r - 4) * (r - 4))
+                c.Set(x, y, Shade(kAsphalt, rng.Range(13, 16)));
+            else if (d < r * r)
+                c.Set(x, y, Shade(kPavement, d < (r - 1) * (r - 1) ? 24 : 12));
         }
 }
 
