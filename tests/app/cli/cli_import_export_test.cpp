@@ -147,7 +147,8 @@ TEST(CliExport, WritesEveryPictureAndPaletteUnderItsNameAndPngMatchesBmp) {
 }
 
 // A style of four tiles in two palettes, tile 1 holding colour 0.
-std::string SmallSheetStyle(const testsupport::TempDir& dir) {
+// lastTilePalette lets a test point tile 3 at a palette the file does not hold.
+std::string SmallSheetStyle(const testsupport::TempDir& dir, int lastTilePalette = 63) {
     std::vector<testsupport::TilePixels> tiles(4);
     for (int t = 0; t < 4; ++t)
         for (int i = 0; i < 4096; ++i)
@@ -161,12 +162,13 @@ std::string SmallSheetStyle(const testsupport::TempDir& dir) {
             pals[p][c * 4 + 2] = static_cast<std::uint8_t>(255 - c);
         }
     const std::string path = dir.File("small.sty");
-    testsupport::WriteFile(path, testsupport::StyleBytes()
-                                     .Add("TILE", testsupport::TilePayload(tiles))
-                                     .Add("PPAL", testsupport::PalettePayload(pals))
-                                     .Add("PALX", testsupport::Cat({testsupport::LE16(0), testsupport::LE16(5),
-                                                                    testsupport::LE16(5), testsupport::LE16(63)}))
-                                     .bytes());
+    testsupport::WriteFile(
+        path, testsupport::StyleBytes()
+                  .Add("TILE", testsupport::TilePayload(tiles))
+                  .Add("PPAL", testsupport::PalettePayload(pals))
+                  .Add("PALX", testsupport::Cat({testsupport::LE16(0), testsupport::LE16(5), testsupport::LE16(5),
+                                                 testsupport::LE16(lastTilePalette)}))
+                  .bytes());
     return path;
 }
 
@@ -212,6 +214,30 @@ INSTANTIATE_TEST_SUITE_P(Layouts, CliSheet,
                                            SheetCase{"ThreeColumns", 3, false, 192, 128},
                                            SheetCase{"TransparentKeyInColourZero", 2, true, 128, 192}),
                          [](const auto& row) { return std::string(row.param.name); });
+
+// A palette number in the file that names no palette: refused before anything is written.
+class CliFileNumberOutOfRange : public ::testing::TestWithParam<std::vector<std::string>> {};
+
+TEST_P(CliFileNumberOutOfRange, ExitsOneSayingWhichPaletteAndWritesNothing) {
+    testsupport::TempDir dir;
+    const std::string style = SmallSheetStyle(dir, 64);
+    std::vector<std::string> args = GetParam();
+    for (auto& a : args)
+        if (a == "STYLE")
+            a = style;
+        else if (a == "OUT")
+            a = dir.File("out");
+    const auto r = clitest::RunCli(args);
+    EXPECT_EQ(r.exitCode, 1);
+    ASSERT_EQ(r.ErrLines().size(), 1u) << r.err;
+    EXPECT_EQ(r.ErrLines()[0], "ombrevale-cli: " + style + ": tile 3 uses palette 64 but the style has 64 palettes");
+    EXPECT_FALSE(fs::exists(dir.File("out")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, CliFileNumberOutOfRange,
+                         ::testing::Values(std::vector<std::string>{"tile", "STYLE", "3", "OUT"},
+                                           std::vector<std::string>{"export", "STYLE", "OUT"},
+                                           std::vector<std::string>{"sheet", "STYLE", "OUT"}));
 
 TEST(CliSheet, TheSampleSheetHasNineColumnsAndOneHundredAndElevenRows) {
     testsupport::TempDir dir;
