@@ -1,0 +1,112 @@
+#include "workbench/frmprogress.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPointer>
+#include <QProgressBar>
+#include <QScreen>
+#include <cmath>
+
+#include "style/hooks.h"
+#include "workbench/twips.h"
+
+frmProgress::frmProgress(QWidget* parent)
+    : QDialog(parent, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
+    setWindowTitle(QStringLiteral("Please Wait..."));
+    setFixedSize(twips::ToPx(6360), twips::ToPx(840));
+    setModal(false);
+    pbar = new QProgressBar(this);
+    twips::Place(pbar, 240, 360, 5925, 285);
+    pbar->setRange(0, 100);
+    pbar->setTextVisible(false);
+    l = new QLabel(QStringLiteral("Loading..."), this);
+    l->move(twips::ToPx(270), twips::ToPx(120));
+    l->adjustSize();
+    modGTA2::CenterForm(this);
+}
+
+namespace modGTA2 {
+namespace {
+
+QPointer<frmProgress>& Slot() {
+    static QPointer<frmProgress> form;
+    return form;
+}
+
+// Values arrive as floats; the bar counts in whole numbers.
+int Whole(double v) {
+    if (!std::isfinite(v)) return 0;
+    return static_cast<int>(std::clamp(std::round(v), -2147483647.0, 2147483647.0));
+}
+
+}  // namespace
+
+frmProgress* LoadedInstance() { return Slot().data(); }
+
+frmProgress* Instance() {
+    if (!Slot()) Slot() = new frmProgress();
+    return Slot().data();
+}
+
+void ProgressStart(double iMin, double iMax, const std::string& sCaption) {
+    frmProgress* f = Instance();
+    // Max before Min; a range the bar would refuse leaves it as it was.
+    if (Whole(iMax) > f->pbar->minimum()) f->pbar->setMaximum(Whole(iMax));
+    if (Whole(iMin) < f->pbar->maximum()) f->pbar->setMinimum(Whole(iMin));
+    f->l->setText(QString::fromStdString(sCaption));
+    f->l->adjustSize();
+    f->show();
+}
+
+void ProgressStep(double iValue, const std::string& sCaption) {
+    frmProgress* f = Instance();
+    const int v = Whole(iValue);
+    if (v < f->pbar->maximum() && v != f->pbar->value()) f->pbar->setValue(v);
+    const QString caption = QString::fromStdString(sCaption);
+    if (caption != f->l->text()) {
+        f->l->setText(caption);
+        f->l->adjustSize();
+    }
+    QCoreApplication::processEvents();
+}
+
+void ProgressEnd() {
+    // Unloaded: the next job starts from the designer's values.
+    if (frmProgress* f = LoadedInstance()) {
+        f->hide();
+        delete f;
+    }
+}
+
+void CenterForm(QWidget* frm) {
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    if (!screen || !frm) return;
+    const QRect s = screen->geometry();
+    const double left = s.width() / 2.0 - frm->frameGeometry().width() / 2.0;
+    const double top = s.height() / 2.0 - frm->frameGeometry().height() / 2.0;
+    frm->move(static_cast<int>(left), static_cast<int>(top));
+}
+
+void InstallAsDocumentHooks() {
+    DocumentHooks hooks;
+    hooks.progressStart = &ProgressStart;
+    hooks.progressStep = &ProgressStep;
+    hooks.progressEnd = &ProgressEnd;
+    hooks.msgBox = [](const std::string& sPrompt, const std::string& sTitle, MsgIcon icon) {
+        QMessageBox box;
+        box.setWindowTitle(QString::fromStdString(sTitle.empty() ? std::string("Ombrevale") : sTitle));
+        box.setText(QString::fromStdString(sPrompt));
+        switch (icon) {
+            case MsgIcon::Critical: box.setIcon(QMessageBox::Critical); break;
+            case MsgIcon::Question: box.setIcon(QMessageBox::Question); break;
+            case MsgIcon::Exclamation: box.setIcon(QMessageBox::Warning); break;
+            case MsgIcon::Information: box.setIcon(QMessageBox::Information); break;
+            case MsgIcon::None: break;
+        }
+        box.exec();
+    };
+    InstallDocumentHooks(std::move(hooks));
+}
+
+}  // namespace modGTA2

@@ -1,0 +1,191 @@
+#include "workbench/frmsty2.h"
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <cstdio>
+
+#include "settings/cregistry.h"
+#include "style/moddeclares.h"
+#include "workbench/picturebox.h"
+#include "workbench/topmost.h"
+#include "workbench/twips.h"
+
+using twips::Place;
+
+frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
+    : QWidget(parent), commandLinePath_(std::move(stylePath)) {
+    // Form_Initialize: Qt's widgets need no common-controls set-up.
+    setWindowTitle(QStringLiteral("Ombrevale v0.1"));
+    setWindowIcon(QIcon::fromTheme(QStringLiteral("applications-graphics")));
+    resize(twips::ToPx(8910), twips::ToPx(7710));
+    BuildControls();
+    qApp->installEventFilter(this);
+    Form_Load();
+}
+
+frmSTY2::~frmSTY2() { qApp->removeEventFilter(this); }
+
+clsSTY& frmSTY2::Sty() {
+    if (!oSty) oSty = std::make_unique<clsSTY>();
+    return *oSty;
+}
+
+void frmSTY2::BuildControls() {
+    MainTab = new QTabWidget(this);
+    MainTab->setTabPosition(QTabWidget::South);
+    Place(MainTab, -30, 330, 8970, 7365);
+    BuildTilesPage();
+    BuildOtherPages();
+    picTemp = new PictureBox(this);
+    Place(picTemp, 1350, 2910, 1320, 1725);
+    picTemp->hide();
+    MainTab->setCurrentIndex(0);
+}
+
+void frmSTY2::BuildTilesPage() {
+    auto* page = new QWidget;
+    MainTab->addTab(page, QStringLiteral("Tiles"));
+    picCont = new QWidget(page);
+    Place(picCont, 0, 0, 8970, 7035);
+    picCont->setFont(QFont(QStringLiteral("Tahoma"), 9));
+    picMain = new PictureBox(picCont);
+    Place(picMain, 0, -120, 8640, 107520);
+    picMain->Tag = QStringLiteral("-1");
+    vScroll = new QScrollBar(Qt::Vertical, picCont);
+    Place(vScroll, 8640, 0, 255, 6975);
+    vScroll->setRange(0, vScrollMax_);
+    vScroll->setSingleStep(64);
+    vScroll->setPageStep(256);
+    picTTmp = new PictureBox(page);
+    Place(picTTmp, 7740, 3330, 1020, 1020);
+    picTTmp->hide();
+    lblIdx = new QLabel(page);
+    lblIdx->setFont(QFont(QStringLiteral("Tahoma"), 9));
+    lblIdx->move(twips::ToPx(1470), twips::ToPx(450));
+    lblIdx->adjustSize();
+    // The caption would sit under the sheet; keep it readable in front of it.
+    lblIdx->raise();
+    cmdGen = new QPushButton(QStringLiteral("&Refresh"), MainTab);
+    Place(cmdGen, 7785, 7060, 1110, 315);
+    cmdGen->raise();
+
+    connect(vScroll, &QScrollBar::valueChanged, this, [this] { vScroll_Change(); });
+    connect(picMain, &PictureBox::MouseUp, this,
+            [this](Qt::MouseButton b, Qt::KeyboardModifiers s, double x, double y) {
+                picMain_MouseUp(static_cast<int>(b), static_cast<int>(s), x, y);
+            });
+    connect(cmdGen, &QPushButton::clicked, this, [this] { cmdGen_Click(); });
+}
+
+void frmSTY2::BuildOtherPages() {
+    auto* sprites = new QWidget;
+    MainTab->addTab(sprites, QStringLiteral("Sprites"));
+    lstSprites = new QListWidget(sprites);
+    Place(lstSprites, 120, 120, 1965, 4350);
+    frMain = new QGroupBox(QStringLiteral("Sprite Options"), sprites);
+    Place(frMain, 2220, 105, 6795, 4485);
+    SprTab = new QTabWidget(frMain);
+    Place(SprTab, 105, 270, 6585, 4140);
+    SprTab->addTab(new QWidget, QStringLiteral("Image"));
+    SprTab->addTab(new QWidget, QStringLiteral("Other Info"));
+
+    auto* palettes = new QWidget;
+    MainTab->addTab(palettes, QStringLiteral("Palettes"));
+    lstPalettes = new QListWidget(palettes);
+    lstPalettes->setFont(QFont(QStringLiteral("Microsoft Sans Serif"), 9));
+    Place(lstPalettes, 120, 120, 1665, 4335);
+    picPalette = new PictureBox(palettes);
+    Place(picPalette, 1860, 120, 1305, 4470);
+
+    auto* font = new QWidget;
+    MainTab->addTab(font, QStringLiteral("Font"));
+    txtText = new QLineEdit(font);
+    Place(txtText, 90, 75, 8880, 315);
+    cmdCreateText = new QPushButton(QStringLiteral("Create"), font);
+    Place(cmdCreateText, 7800, 450, 1020, 405);
+    picFont = new PictureBox(font);
+    Place(picFont, 90, 900, 8880, 3645);
+
+    auto* recy = new QWidget;
+    MainTab->addTab(recy, QStringLiteral("Recycling"));
+    lstRecy = new QListWidget(recy);
+    lstRecy->setSortingEnabled(true);
+    Place(lstRecy, 120, 120, 1665, 4350);
+    cmdRecyAdd = new QPushButton(QStringLiteral("Add"), recy);
+    Place(cmdRecyAdd, 1830, 135, 900, 360);
+    cmdRecyRemove = new QPushButton(QStringLiteral("Remove"), recy);
+    Place(cmdRecyRemove, 1830, 525, 900, 360);
+}
+
+std::string frmSTY2::StylePath() const {
+    if (commandLinePath_) return *commandLinePath_;
+    cRegistry reg;
+    reg.ClassKey(HKEY_CURRENT_USER_);
+    reg.SectionKey("Software\\DMA Design LTd\\Gta2 Editor\\App Defaults");
+    reg.ValueKey("App Style File");
+    const std::string value = RegValueText(reg.Value());
+    // A Windows path names a file of the Wine prefix here.
+    return value.empty() ? value : LocalPathForStylePath(value);
+}
+
+void frmSTY2::Form_Load() {
+    busy_ = true;
+    if (const std::string path = StylePath(); !path.empty()) Sty().LoadSTY(path);
+    Sty().DrawTransparent(true);
+    MainTab->move(MainTab->x(), 0);
+    lstSprites->clear();
+    lstPalettes->clear();
+    static const char* const kGroups[6] = {"Car: ", "Ped: ", "Code Object: ", "Map Object: ", "User: ", "Font: "};
+    for (std::size_t g = 0; g < 6; ++g)
+        for (int i = 1; i <= modDeclares::STYSpriteBase[g]; ++i)
+            lstSprites->addItem(QString::fromLatin1(kGroups[g]) + QString::number(i));
+    for (int i = 1; i <= Sty().GetNumOfPals(); ++i) lstPalettes->addItem(QStringLiteral("Palette: %1").arg(i));
+    // Every entry but the closing one; with no recycling data the list stays empty.
+    const auto& recy = modDeclares::STYRecycle;
+    for (std::size_t i = 0; i + 1 < recy.size(); ++i)
+        lstRecy->addItem(QString::asprintf("%03d", static_cast<int>(recy[i])));
+    busy_ = false;
+    RenderSheet();
+    workbench::SetTopMost(this, true);
+}
+
+void frmSTY2::cmdGen_Click() {
+    // A Refresh that arrives through a load's or a render's event run waits for no one: it is dropped.
+    if (busy_) return;
+    busy_ = true;
+    if (const std::string path = StylePath(); !path.empty()) Sty().LoadSTY(path);
+    busy_ = false;
+    RenderSheet();
+}
+
+bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
+    // The window sees every key before its controls do; the key then goes on.
+    if (event->type() == QEvent::KeyPress) {
+        auto* w = qobject_cast<QWidget*>(watched);
+        const auto* ke = static_cast<QKeyEvent*>(event);
+        // A key the focus widget ignores travels up to its parents as the same event: act once.
+        const bool seen = event == lastKey_ && ke->timestamp() == lastKeyTime_;
+        if (w && w->window() == this && !seen) {
+            lastKey_ = event;
+            lastKeyTime_ = ke->timestamp();
+            int code = 0;
+            switch (ke->key()) {
+                case Qt::Key_Escape: code = 27; break;
+                case Qt::Key_Down: code = 40; break;
+                case Qt::Key_Up: code = 38; break;
+                case Qt::Key_PageDown: code = 34; break;
+                case Qt::Key_PageUp: code = 33; break;
+                default: break;
+            }
+            if (code != 0) Form_KeyDown(code, static_cast<int>(ke->modifiers()));
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}

@@ -1,0 +1,85 @@
+#pragma once
+// frmSTY2: the main window. Owns the style document, fills the panes' lists,
+// draws the tile sheet and hands a selected tile to the game editor.
+
+#include <QWidget>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "style/clssty.h"
+
+class QLabel;
+class QListWidget;
+class QPushButton;
+class QScrollBar;
+class QTabWidget;
+class QGroupBox;
+class QLineEdit;
+class PictureBox;
+
+class frmSTY2 : public QWidget {
+    Q_OBJECT
+public:
+    // stylePath, when given, is loaded instead of the registry's value.
+    explicit frmSTY2(std::optional<std::string> stylePath = std::nullopt, QWidget* parent = nullptr);
+    ~frmSTY2() override;
+
+    clsSTY& Sty();
+    std::string sSelKind;
+    std::int16_t iSelNum = 0;
+
+    void RenderSheet();
+    void picMain_MouseUp(int Button, int Shift, double X, double Y);
+    void vScroll_Change();
+    void Form_KeyDown(int KeyCode, int Shift);
+    void Form_Resize();
+    void cmdGen_Click();
+
+    // vScroll.Max as set, which may be below 0 when the sheet fits the view.
+    int vScrollMax() const { return vScrollMax_; }
+    int Cols() const;
+
+    QTabWidget* MainTab = nullptr;
+    QWidget* picCont = nullptr;
+    PictureBox* picMain = nullptr;
+    QScrollBar* vScroll = nullptr;
+    PictureBox* picTTmp = nullptr;
+    PictureBox* picTemp = nullptr;
+    QPushButton* cmdGen = nullptr;
+    QLabel* lblIdx = nullptr;
+    QListWidget* lstSprites = nullptr;
+    QGroupBox* frMain = nullptr;
+    QTabWidget* SprTab = nullptr;
+    QListWidget* lstPalettes = nullptr;
+    PictureBox* picPalette = nullptr;
+    QLineEdit* txtText = nullptr;
+    QPushButton* cmdCreateText = nullptr;
+    PictureBox* picFont = nullptr;
+    QListWidget* lstRecy = nullptr;
+    QPushButton* cmdRecyAdd = nullptr;
+    QPushButton* cmdRecyRemove = nullptr;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void BuildControls();
+    void BuildTilesPage();
+    void BuildOtherPages();
+    void Form_Load();
+    std::string StylePath() const;
+    void SetScrollMax(int max);
+    void HandOverToEditor();
+
+    std::unique_ptr<clsSTY> oSty;
+    std::optional<std::string> commandLinePath_;
+    int vScrollMax_ = 8895;
+    // Where the box stands on the sheet now, as drawn; none after a render.
+    std::optional<QPoint> boxCell_;
+    bool busy_ = false;
+    const QEvent* lastKey_ = nullptr;
+    unsigned long long lastKeyTime_ = 0;
+};

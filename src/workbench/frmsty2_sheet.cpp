@@ -1,0 +1,112 @@
+// The tile sheet: drawing it, selecting a cell, scrolling, keys.
+#include <QLabel>
+#include <QScrollBar>
+#include <cmath>
+
+#include "editorlink/modcontrolwin.h"
+#include "style/hooks.h"
+#include "style/moddeclares.h"
+#include "workbench/frmsty2.h"
+#include "workbench/picturebox.h"
+
+namespace {
+constexpr int kCell = 64;
+constexpr int kLastSelectable = 991;
+}  // namespace
+
+int frmSTY2::Cols() const { return picMain->Width() / kCell; }
+
+void frmSTY2::SetScrollMax(int max) {
+    // The bar itself cannot go below its minimum; a sheet that fits keeps the negative figure here.
+    vScrollMax_ = max;
+    vScroll->setMaximum(std::max(vScroll->minimum(), max));
+}
+
+void frmSTY2::RenderSheet() {
+    // A render started from inside another's event run would draw into the same sheet: drop it.
+    if (busy_) return;
+    busy_ = true;
+    clsSTY& sty = Sty();
+    const int n = sty.GetNumOfTiles();
+    ProgressStart(0, n - 1, "Please Wait...");
+    picMain->resize(std::max(1, picCont->width() - vScroll->width()), picMain->height());
+    const int cols = Cols();
+    picMain->Cls();
+    boxCell_.reset();  // the wipe takes the box with it
+    picMain->hide();
+    int column = 0, row = 0;
+    for (int t = 0; t < n; ++t) {
+        ProgressStep(t, "Rendering...");
+        // A load run from the event loop may have shrunk the store meanwhile.
+        if (t >= sty.GetNumOfTiles()) break;
+        if (cols > 0 && sty.RenderTile(t, *picTTmp)) {
+            picMain->BitBlt(column * kCell, row * kCell, kCell, kCell, *picTTmp, 0, 0);
+        }
+        if (cols > 0 && ++column == cols) {
+            column = 0;
+            ++row;
+        }
+    }
+    ++row;
+    picMain->resize(picMain->width(), row * kCell);
+    SetScrollMax(picMain->Height() - picCont->height());
+    picMain->show();
+    ProgressEnd();
+    picMain->update();
+    busy_ = false;
+    modControlWin::FindEditorList();
+}
+
+void frmSTY2::picMain_MouseUp(int /*Button*/, int /*Shift*/, double X, double Y) {
+    const int cols = Cols();
+    if (cols <= 0) return;
+    const long column = std::lround(X) / kCell;
+    const long row = std::lround(Y) / kCell;
+    // Only whole cells count: the strip right of the last column and anything above or left select nothing.
+    if (X < 0 || Y < 0 || column >= cols) return;
+    const long t = row * cols + column;
+    if (t > kLastSelectable) return;
+
+    if (boxCell_) {
+        picMain->InvertBox(boxCell_->x() * kCell, boxCell_->y() * kCell, (boxCell_->x() + 1) * kCell,
+                           (boxCell_->y() + 1) * kCell);
+        boxCell_.reset();
+    }
+    sSelKind = "t";
+    picMain->Tag = QString::number(t);
+    iSelNum = static_cast<std::int16_t>(t);
+    const auto& palIndex = modDeclares::STYPalIndex;
+    const QString pal = static_cast<std::size_t>(t) < palIndex.size()
+                            ? QString::number(palIndex[static_cast<std::size_t>(t)])
+                            : QStringLiteral("none");
+    lblIdx->setText(QStringLiteral("Index: ") + picMain->Tag + QStringLiteral(" Palette: ") + pal);
+    lblIdx->adjustSize();
+    const int c = static_cast<int>(column), r = static_cast<int>(row);
+    picMain->InvertBox(c * kCell, r * kCell, (c + 1) * kCell, (r + 1) * kCell);
+    boxCell_ = QPoint(c, r);
+    HandOverToEditor();
+}
+
+void frmSTY2::HandOverToEditor() {
+    std::int32_t item = picMain->Tag.toInt() - 1;
+    if (item == -1) item = 0;
+    modControlWin::FindEditorList();
+    modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
+}
+
+void frmSTY2::vScroll_Change() { picMain->move(0, -vScroll->value()); }
+
+void frmSTY2::Form_KeyDown(int KeyCode, int /*Shift*/) {
+    const int maxV = std::max(vScroll->minimum(), vScrollMax_);
+    const int minV = vScroll->minimum();
+    int value = vScroll->value();
+    switch (KeyCode) {
+        case 27: close(); return;
+        case 40: value = std::min(value + vScroll->singleStep(), maxV); break;
+        case 38: value = std::max(value - vScroll->singleStep(), minV); break;
+        case 34: value = std::min(value + vScroll->pageStep(), maxV); break;
+        case 33: value = std::max(value - vScroll->pageStep(), minV); break;
+        default: return;
+    }
+    vScroll->setValue(value);
+}

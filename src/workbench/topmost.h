@@ -1,0 +1,8 @@
+#pragma once
+// The window's top-most state: SetWindowPos on Windows, the window flag elsewhere.
+
+class QWidget;
+
+namespace workbench {
+void SetTopMost(QWidget* window, bool onTop);
+}
