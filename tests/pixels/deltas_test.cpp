@@ -215,5 +215,59 @@ TEST_F(Deltas, HostileRunsStayInsideThePictureAndTheBlock) {
     EXPECT_TRUE(doc.GetDeltaString(0, 1).empty());
 }
 
+// Render, edit a delta, save the style and load it again: every delta reads
+// as it should and the edit shows one column left of where it was made.
+TEST_F(Deltas, EditedDeltaSurvivesSaveAndReload) {
+    for (const Section s :
+         {Section::PPAL, Section::PALX, Section::PALB, Section::SPRG, Section::SPRX, Section::DELS, Section::DELX})
+        doc.Present[static_cast<std::size_t>(s)] = true;
+    modDeclares::STYPalData.resize(64);  // one whole page of palettes
+    doc.iPalCount = 64;
+    doc.lDelxBytes = 4 + 2 + 4 + 6 + 4 + 2 + 4 + 2;
+    TestPicture before;
+    std::int16_t pal = -1;
+    ASSERT_TRUE(doc.RenderSprite(0, before, pal));
+    doc.RenderDelta(0, 0, before, pal);
+
+    const std::size_t W = 32;
+    ByteString bits = doc.GetBits(0);
+    ByteString changed;
+    for (std::size_t c = 10; c <= 12; ++c) {  // row 2 of a sprite 10 rows high
+        bits[(9 - 2) * W + c] ^= 0x5A;
+        changed.push_back(bits[(9 - 2) * W + c]);
+    }
+    const ByteString image = bits;
+    ASSERT_TRUE(doc.SetDeltaBits(1, 0, bits));
+    ASSERT_TRUE(doc.SaveSTY(File("out.sty")));
+
+    modDeclares::ResetSharedStores();
+    clsSTY reloaded;
+    ASSERT_TRUE(reloaded.LoadSTY(File("out.sty")));
+    EXPECT_EQ(reloaded.GetDeltaString(0, 5), kSprite5Delta);
+    EXPECT_EQ(reloaded.GetDeltaString(0, 0), kTwoRuns);
+    EXPECT_EQ(reloaded.GetDeltaString(1, 0), Encoded({{2 * 256 + 10 - 1, changed}}));
+    EXPECT_EQ(reloaded.GetDeltaString(2, 0), kFarRuns);
+    EXPECT_EQ(reloaded.GetDeltaString(0, 4), (ByteString{0, 0, 0}));
+    EXPECT_EQ(STYDeltaStore.size(), 4u + 9 + 6 + 14 + 5);
+
+    TestPicture after;
+    pal = -1;
+    ASSERT_TRUE(reloaded.RenderSprite(0, after, pal));
+    reloaded.RenderDelta(0, 0, after, pal);
+    EXPECT_EQ(after.picture.colours, before.picture.colours);
+    EXPECT_EQ(after.set, before.set);
+    after.set.clear();
+    reloaded.RenderDelta(1, 0, after, pal);
+    std::map<std::pair<int, int>, std::int32_t> edit;
+    for (int i = 0; i < 3; ++i)
+        edit[{9 + i, 2}] =
+            ExpectedColour(static_cast<std::size_t>(SpriteOwnPalette(0)), changed[static_cast<std::size_t>(i)]);
+    EXPECT_EQ(after.set, edit);
+
+    ASSERT_TRUE(reloaded.SaveDelta(File("d.bmp"), 1, 0, pal));
+    const Bytes f = testsupport::ReadFile(File("d.bmp"));
+    EXPECT_EQ(Bytes(f.begin() + 1078, f.end()), image);
+}
+
 }  // namespace
 }  // namespace pixeltest
