@@ -11,8 +11,7 @@
 #include "style/hooks.h"
 #include "workbench/twips.h"
 
-frmProgress::frmProgress(QWidget* parent)
-    : QDialog(parent, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
+frmProgress::frmProgress(QWidget* parent) : QDialog(parent, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
     setWindowTitle(QStringLiteral("Please Wait..."));
     setFixedSize(twips::ToPx(6360), twips::ToPx(840));
     setModal(false);
@@ -98,11 +97,20 @@ void InstallAsDocumentHooks() {
         box.setWindowTitle(QString::fromStdString(sTitle.empty() ? std::string("Ombrevale") : sTitle));
         box.setText(QString::fromStdString(sPrompt));
         switch (icon) {
-            case MsgIcon::Critical: box.setIcon(QMessageBox::Critical); break;
-            case MsgIcon::Question: box.setIcon(QMessageBox::Question); break;
-            case MsgIcon::Exclamation: box.setIcon(QMessageBox::Warning); break;
-            case MsgIcon::Information: box.setIcon(QMessageBox::Information); break;
-            case MsgIcon::None: break;
+            case MsgIcon::Critical:
+                box.setIcon(QMessageBox::Critical);
+                break;
+            case MsgIcon::Question:
+                box.setIcon(QMessageBox::Question);
+                break;
+            case MsgIcon::Exclamation:
+                box.setIcon(QMessageBox::Warning);
+                break;
+            case MsgIcon::Information:
+                box.setIcon(QMessageBox::Information);
+                break;
+            case MsgIcon::None:
+                break;
         }
         box.exec();
     };

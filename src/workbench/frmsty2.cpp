@@ -26,6 +26,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     setWindowIcon(QIcon::fromTheme(QStringLiteral("applications-graphics")));
     resize(twips::ToPx(8910), twips::ToPx(7710));
     BuildControls();
+    WirePanes();
     qApp->installEventFilter(this);
     Form_Load();
 }
@@ -171,18 +172,32 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
         auto* w = qobject_cast<QWidget*>(watched);
         const auto* ke = static_cast<QKeyEvent*>(event);
         // A key the focus widget ignores travels up to its parents as the same event: act once.
-        const bool seen = event == lastKey_ && ke->timestamp() == lastKeyTime_;
-        if (w && w->window() == this && !seen) {
+        const bool seen =
+            w && event == lastKey_ && lastKeyTarget_ && w != lastKeyTarget_ && w->isAncestorOf(lastKeyTarget_);
+        if (w && w->window() == this) {
             lastKey_ = event;
-            lastKeyTime_ = ke->timestamp();
+            lastKeyTarget_ = w;
+        }
+        if (w && w->window() == this && !seen) {
             int code = 0;
             switch (ke->key()) {
-                case Qt::Key_Escape: code = 27; break;
-                case Qt::Key_Down: code = 40; break;
-                case Qt::Key_Up: code = 38; break;
-                case Qt::Key_PageDown: code = 34; break;
-                case Qt::Key_PageUp: code = 33; break;
-                default: break;
+                case Qt::Key_Escape:
+                    code = 27;
+                    break;
+                case Qt::Key_Down:
+                    code = 40;
+                    break;
+                case Qt::Key_Up:
+                    code = 38;
+                    break;
+                case Qt::Key_PageDown:
+                    code = 34;
+                    break;
+                case Qt::Key_PageUp:
+                    code = 33;
+                    break;
+                default:
+                    break;
             }
             if (code != 0) Form_KeyDown(code, static_cast<int>(ke->modifiers()));
         }

@@ -2,6 +2,7 @@
 // frmSTY2: the main window. Owns the style document, fills the panes' lists,
 // draws the tile sheet and hands a selected tile to the game editor.
 
+#include <QPointer>
 #include <QWidget>
 #include <cstdint>
 #include <memory>
@@ -18,6 +19,9 @@ class QTabWidget;
 class QGroupBox;
 class QLineEdit;
 class PictureBox;
+class QComboBox;
+class QTreeWidget;
+class QToolBar;
 
 class frmSTY2 : public QWidget {
     Q_OBJECT
@@ -61,6 +65,52 @@ public:
     QPushButton* cmdRecyAdd = nullptr;
     QPushButton* cmdRecyRemove = nullptr;
 
+    // ---- Panes of the Sprites, Palettes, Font and Recycling pages and the tool bar ----
+    // (frmsty2_sprites/_carinfo/_palettes/_font/_recycle/_toolbar.cpp)
+    // Makes the controls these panes add to the pages and connects their events.
+    void WirePanes();
+    void lstSprites_Click();
+    void ShowSprite();
+    void ShowCarInfo(std::int16_t r);
+    void lstPalettes_Click();
+    void picPalette_MouseMove(double Y);
+    void picPalette_MouseUp(double Y);
+    void lblColour_Click();
+    void cmdCreateText_Click();
+    void cmdRecyAdd_Click();
+    void cmdRecyRemove_Click();
+    void SyncRecycle();
+    void tlbMain_ButtonClick(const QString& Key);
+    // The file that "save" writes: the last one opened, loaded or saved as.
+    std::string CurrentStylePath() const { return panesStylePath_; }
+
+    PictureBox* picSprite = nullptr;
+    QLabel* lblSSize = nullptr;
+    QComboBox* cmbDeltas = nullptr;
+    QLabel* Label7 = nullptr;
+    QListWidget* lstRemaps = nullptr;
+    QTreeWidget* lstInfo = nullptr;
+    QLabel* lblPalInfo = nullptr;
+    QLineEdit* txtIdx = nullptr;
+    QLineEdit* txtRed = nullptr;
+    QLineEdit* txtGreen = nullptr;
+    QLineEdit* txtBlue = nullptr;
+    QLabel* lblColour = nullptr;
+    QLabel* Label8 = nullptr;
+    QToolBar* tlbMain = nullptr;
+
+private:
+    void BuildSpritePanes();
+    void BuildPalettePane();
+    void BuildToolbar();
+    void ToolbarOpen();
+    void ToolbarSave(bool bAskName);
+    void ToolbarExport();
+    void ToolbarImport();
+    void RefillAfterOpen();
+    std::string panesStylePath_;
+    // ---- end of the panes' block ----
+
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -81,5 +131,5 @@ private:
     std::optional<QPoint> boxCell_;
     bool busy_ = false;
     const QEvent* lastKey_ = nullptr;
-    unsigned long long lastKeyTime_ = 0;
+    QPointer<QWidget> lastKeyTarget_;
 };

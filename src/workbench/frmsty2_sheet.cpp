@@ -101,12 +101,23 @@ void frmSTY2::Form_KeyDown(int KeyCode, int /*Shift*/) {
     const int minV = vScroll->minimum();
     int value = vScroll->value();
     switch (KeyCode) {
-        case 27: close(); return;
-        case 40: value = std::min(value + vScroll->singleStep(), maxV); break;
-        case 38: value = std::max(value - vScroll->singleStep(), minV); break;
-        case 34: value = std::min(value + vScroll->pageStep(), maxV); break;
-        case 33: value = std::max(value - vScroll->pageStep(), minV); break;
-        default: return;
+        case 27:
+            close();
+            return;
+        case 40:
+            value = std::min(value + vScroll->singleStep(), maxV);
+            break;
+        case 38:
+            value = std::max(value - vScroll->singleStep(), minV);
+            break;
+        case 34:
+            value = std::min(value + vScroll->pageStep(), maxV);
+            break;
+        case 33:
+            value = std::max(value - vScroll->pageStep(), minV);
+            break;
+        default:
+            return;
     }
     vScroll->setValue(value);
 }

@@ -30,8 +30,8 @@ void PictureBox::SetPixelV(int x, int y, std::int32_t colour) {
     EnsureImage();
     if (!image_.rect().contains(x, y)) return;
     const auto c = static_cast<std::uint32_t>(colour);
-    image_.setPixel(x, y, qRgb(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF),
-                               static_cast<int>((c >> 16) & 0xFF)));
+    image_.setPixel(
+        x, y, qRgb(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)));
     update(x, y, 1, 1);
 }
 

@@ -1,0 +1,44 @@
+// The Recycling page: the car model numbers of the recycling list.
+#include <QListWidget>
+
+#include "style/hooks.h"
+#include "style/moddeclares.h"
+#include "workbench/frmsty2.h"
+#include "workbench/panes_dialogs.h"
+
+namespace {
+constexpr int kMaxEntries = 64;
+}  // namespace
+
+void frmSTY2::cmdRecyAdd_Click() {
+    if (lstRecy->count() >= kMaxEntries) {
+        MsgBox("No more entries allowed.");
+        return;
+    }
+    const auto reply = panesdialogs::InputBox(this, QStringLiteral("Model Number?"));
+    if (!reply) return;
+    bool ok = false;
+    const int model = reply->trimmed().toInt(&ok, 10);
+    if (!ok || model < 0 || model > 255) {
+        MsgBox("\"" + reply->toStdString() + "\" is no model number: give a whole number from 0 to 255.", "Ombrevale",
+               MsgIcon::Exclamation);
+        return;
+    }
+    lstRecy->addItem(QString::asprintf("%03d", model));
+    SyncRecycle();
+}
+
+void frmSTY2::cmdRecyRemove_Click() {
+    const int row = lstRecy->currentRow();
+    if (row < 0 || !lstRecy->item(row)->isSelected()) return;
+    delete lstRecy->takeItem(row);
+    SyncRecycle();
+}
+
+void frmSTY2::SyncRecycle() {
+    const int n = lstRecy->count();
+    auto& recy = modDeclares::STYRecycle;
+    recy.assign(static_cast<std::size_t>(n) + 1, 255);
+    for (int i = 0; i < n; ++i)
+        recy[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(lstRecy->item(i)->text().toInt());
+}

@@ -1,0 +1,168 @@
+// The Sprites page: the sprite list, the remap and delta choices and the picture.
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTreeWidget>
+
+#include "style/hooks.h"
+#include "style/moddeclares.h"
+#include "workbench/frmsty2.h"
+#include "workbench/picturebox.h"
+#include "workbench/twips.h"
+
+using modDeclares::STYCarInfo;
+using modDeclares::STYPalBase;
+using modDeclares::STYPalIndex;
+using twips::Place;
+
+namespace {
+
+// Row k from 1 stands for delta k - 1 of the sprite; the spelling is the program's own.
+const char* const kDeltaNames[20] = {"(none)",
+                                     "Rear Right Dent",
+                                     "Rear Left Dent",
+                                     "Front Left Dent",
+                                     "Front Right Dent",
+                                     "Damaged Windsreen",
+                                     "Left Brake Light",
+                                     "Left Headlight",
+                                     "Left Front Door 1",
+                                     "Left Front Door 2",
+                                     "Left Front Door 3",
+                                     "Left Front Door 4",
+                                     "Left Back Door/FBI Light 1",
+                                     "Left Back Door/FBI Light 2",
+                                     "Left Back Door/FBI Light 3",
+                                     "Left Back Door/FBI Light 4",
+                                     "Emergency/Roof Light/Decal",
+                                     "Emergency Light",
+                                     "Right Rear Emergency Light",
+                                     "Left Rear Emergency Light"};
+
+constexpr int kOtherInfoPage = 1;
+
+// The first record whose running sum of sprite fields (record 0's own not counted)
+// reaches the sprite; -1 when the records end before it does.
+int CarRecordOfSprite(int s) {
+    int r = 0;
+    long n = 0;
+    while (n != s) {
+        ++r;
+        if (static_cast<std::size_t>(r) >= STYCarInfo.size()) return -1;
+        n += STYCarInfo[static_cast<std::size_t>(r)].sprite;
+    }
+    return STYCarInfo.empty() ? -1 : r;
+}
+
+// The physical palette in the palette table at a virtual number, or -1 when there is none.
+std::int16_t PhysicalAt(long v) {
+    if (v < 0 || static_cast<std::size_t>(v) >= STYPalIndex.size()) return -1;
+    return STYPalIndex[static_cast<std::size_t>(v)];
+}
+
+}  // namespace
+
+void frmSTY2::WirePanes() {
+    BuildSpritePanes();
+    BuildPalettePane();
+    BuildToolbar();
+    connect(cmdCreateText, &QPushButton::clicked, this, [this] { cmdCreateText_Click(); });
+    connect(cmdRecyAdd, &QPushButton::clicked, this, [this] { cmdRecyAdd_Click(); });
+    connect(cmdRecyRemove, &QPushButton::clicked, this, [this] { cmdRecyRemove_Click(); });
+}
+
+void frmSTY2::BuildSpritePanes() {
+    QWidget* image = SprTab->widget(0);
+    cmbDeltas = new QComboBox(image);
+    Place(cmbDeltas, 150, 420, 3360, 315);
+    for (const char* name : kDeltaNames) cmbDeltas->addItem(QString::fromLatin1(name));
+    cmbDeltas->setCurrentIndex(-1);
+    picSprite = new PictureBox(image);
+    Place(picSprite, 150, 810, 1980, 1980);
+    lblSSize = new QLabel(image);
+    lblSSize->setFont(QFont(QStringLiteral("Tahoma"), 9));
+    lblSSize->move(twips::ToPx(180), twips::ToPx(2850));
+    Label7 = new QLabel(QStringLiteral("Remaps:"), image);
+    Label7->move(twips::ToPx(4890), twips::ToPx(390));
+    Label7->adjustSize();
+    lstRemaps = new QListWidget(image);
+    Place(lstRemaps, 4890, 630, 1575, 3180);
+
+    lstInfo = new QTreeWidget(SprTab->widget(kOtherInfoPage));
+    Place(lstInfo, 120, 390, 6330, 3615);
+    lstInfo->setRootIsDecorated(false);
+    lstInfo->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Value")});
+    lstInfo->setColumnWidth(0, twips::ToPx(4035));
+    lstInfo->setColumnWidth(1, twips::ToPx(630));
+
+    // A write of the current row raises the event inside the write, like a ListIndex write.
+    connect(lstSprites, &QListWidget::currentRowChanged, this, [this] { lstSprites_Click(); });
+    connect(lstRemaps, &QListWidget::currentRowChanged, this, [this] { ShowSprite(); });
+    connect(cmbDeltas, &QComboBox::currentIndexChanged, this, [this] { ShowSprite(); });
+}
+
+void frmSTY2::lstSprites_Click() {
+    const int row = lstSprites->currentRow();
+    if (row < 0) return;
+    iSelNum = static_cast<std::int16_t>(row);
+    lstRemaps->clear();
+    lstRemaps->setCurrentRow(-1);
+    const int r = iSelNum < modDeclares::STYSpriteBase[0] ? CarRecordOfSprite(iSelNum) : -1;
+    if (iSelNum >= modDeclares::STYSpriteBase[0]) {
+        SprTab->setTabEnabled(kOtherInfoPage, false);
+        cmbDeltas->setEnabled(false);
+        lstRemaps->setEnabled(false);
+    } else {
+        // A car sprite that no record reaches still has its deltas, but no remaps and no table.
+        SprTab->setTabEnabled(kOtherInfoPage, r >= 0);
+        cmbDeltas->setEnabled(true);
+        cmbDeltas->setCurrentIndex(0);
+        lstRemaps->setEnabled(true);
+        lstRemaps->addItem(QStringLiteral("(none)"));
+        if (r >= 0)
+            for (std::uint8_t m : STYCarInfo[static_cast<std::size_t>(r)].remaps)
+                lstRemaps->addItem(QString::number(m));
+        lstRemaps->setCurrentRow(0);
+        if (r >= 0) ShowCarInfo(static_cast<std::int16_t>(r));
+    }
+    ShowSprite();
+    lblSSize->setText(
+        QStringLiteral("Size: %1x%2").arg(Sty().GetSpriteWidth(iSelNum)).arg(Sty().GetSpriteHeight(iSelNum)));
+    lblSSize->adjustSize();
+    sSelKind = "s";
+}
+
+void frmSTY2::ShowSprite() {
+    const int s = lstSprites->currentRow();
+    if (s < 0) return;
+    iSelNum = static_cast<std::int16_t>(s);
+    const int remapRow = lstRemaps->currentRow();
+    std::int16_t p = 0;
+    if (remapRow <= 0) {
+        p = PhysicalAt(static_cast<long>(STYPalBase[0]) + s);
+        std::int16_t own = -1;
+        Sty().RenderSprite(s, *picSprite, own);
+    } else {
+        const long m = lstRemaps->item(remapRow)->text().toLong();
+        p = PhysicalAt(static_cast<long>(STYPalBase[0]) + STYPalBase[1] + m);
+        if (p < 0) {
+            // -1 would mean the sprite's own palette: say so rather than show the wrong colours.
+            MsgBox("Remap " + std::to_string(m) + " has no palette in this style's palette table.", "Ombrevale",
+                   MsgIcon::Exclamation);
+            return;
+        }
+        std::int16_t pal = p;
+        Sty().RenderSprite(s, *picSprite, pal);
+    }
+    const int deltaRow = cmbDeltas->currentIndex();
+    if (deltaRow <= 0) {
+        sSelKind = "s";
+        return;
+    }
+    sSelKind = "d";
+    Sty().RenderDelta(static_cast<std::int16_t>(deltaRow - 1), iSelNum, *picSprite, p);
+}

@@ -1,0 +1,31 @@
+#include "workbench/panes_dialogs.h"
+
+#include <QFileDialog>
+#include <QInputDialog>
+
+namespace panesdialogs {
+namespace {
+Dialogs& Installed() {
+    static Dialogs d;
+    return d;
+}
+}  // namespace
+
+void Install(Dialogs dialogs) { Installed() = std::move(dialogs); }
+
+std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt) {
+    if (Installed().inputBox) return Installed().inputBox(parent, sPrompt);
+    bool ok = false;
+    // No title of its own: the application's name stands in the frame.
+    const QString reply = QInputDialog::getText(parent, QString(), sPrompt, QLineEdit::Normal, QString(), &ok);
+    if (!ok) return std::nullopt;
+    return reply;
+}
+
+QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter) {
+    if (Installed().fileDialog) return Installed().fileDialog(parent, mode, sCaption, sFilter);
+    return mode == FileMode::Open ? QFileDialog::getOpenFileName(parent, sCaption, QString(), sFilter)
+                                  : QFileDialog::getSaveFileName(parent, sCaption, QString(), sFilter);
+}
+
+}  // namespace panesdialogs

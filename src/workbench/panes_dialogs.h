@@ -1,0 +1,27 @@
+#pragma once
+// The questions the panes ask the user: an input box and file dialogs. Tests
+// put their own answers in place of the real dialogs.
+
+#include <QString>
+#include <functional>
+#include <optional>
+
+class QWidget;
+
+namespace panesdialogs {
+
+enum class FileMode { Open, Save };
+
+struct Dialogs {
+    // The reply, or nothing when the box was cancelled.
+    std::function<std::optional<QString>(QWidget* parent, const QString& sPrompt)> inputBox;
+    // A chosen path, or empty when the dialog was cancelled. sFilter as QFileDialog takes it.
+    std::function<QString(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter)> fileDialog;
+};
+
+// Replaces the dialogs; an empty function means the real Qt dialog.
+void Install(Dialogs dialogs);
+std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt);
+QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter);
+
+}  // namespace panesdialogs
