@@ -44,6 +44,9 @@ public:
     // vScroll.Max as set, which may be below 0 when the sheet fits the view.
     int vScrollMax() const { return vScrollMax_; }
     int Cols() const;
+    // Time the last render took, and the part of it spent in RenderTile (the "temp.bmp" road).
+    qint64 LastRenderNs() const { return lastRenderNs_; }
+    qint64 LastTileRoadNs() const { return lastTileRoadNs_; }
 
     QTabWidget* MainTab = nullptr;
     QWidget* picCont = nullptr;
@@ -130,6 +133,8 @@ private:
     // Where the box stands on the sheet now, as drawn; none after a render.
     std::optional<QPoint> boxCell_;
     bool busy_ = false;
+    qint64 lastRenderNs_ = 0;
+    qint64 lastTileRoadNs_ = 0;
     const QEvent* lastKey_ = nullptr;
     QPointer<QWidget> lastKeyTarget_;
 };

@@ -1,4 +1,5 @@
 // The tile sheet: drawing it, selecting a cell, scrolling, keys.
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QScrollBar>
 #include <cmath>
@@ -26,6 +27,9 @@ void frmSTY2::RenderSheet() {
     // A render started from inside another's event run would draw into the same sheet: drop it.
     if (busy_) return;
     busy_ = true;
+    QElapsedTimer whole;
+    whole.start();
+    qint64 road = 0;
     clsSTY& sty = Sty();
     const int n = sty.GetNumOfTiles();
     ProgressStart(0, n - 1, "Please Wait...");
@@ -39,7 +43,11 @@ void frmSTY2::RenderSheet() {
         ProgressStep(t, "Rendering...");
         // A load run from the event loop may have shrunk the store meanwhile.
         if (t >= sty.GetNumOfTiles()) break;
-        if (cols > 0 && sty.RenderTile(t, *picTTmp)) {
+        QElapsedTimer tile;
+        tile.start();
+        const bool drawn = cols > 0 && sty.RenderTile(t, *picTTmp);
+        road += tile.nsecsElapsed();
+        if (drawn) {
             picMain->BitBlt(column * kCell, row * kCell, kCell, kCell, *picTTmp, 0, 0);
         }
         if (cols > 0 && ++column == cols) {
@@ -53,6 +61,8 @@ void frmSTY2::RenderSheet() {
     picMain->show();
     ProgressEnd();
     picMain->update();
+    lastRenderNs_ = whole.nsecsElapsed();
+    lastTileRoadNs_ = road;
     busy_ = false;
     modControlWin::FindEditorList();
 }
