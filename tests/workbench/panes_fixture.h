@@ -23,7 +23,7 @@ struct SampleWindow {
 inline QRgb StoreColour(int p, int c) {
     const auto& pal = modDeclares::STYPalData.at(static_cast<std::size_t>(p));
     const auto at = static_cast<std::size_t>(c) * 4;
-    return qRgb(pal[at + 2], pal[at + 1], pal[at]);
+    return qRgb(pal[at + 2], pal[at + 1], pal[at]) & 0xFFFFFFu;
 }
 
 // Colour number at (x, y) of sprite s, from the sprite store's rows of 256.

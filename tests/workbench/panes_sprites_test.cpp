@@ -35,7 +35,9 @@ std::map<std::pair<int, int>, int> DeltaPixels(int s, int d) {
             for (std::size_t at = start; at + 3 <= end;) {
                 pos += st[at] | st[at + 1] << 8;
                 const int n = st[at + 2];
-                for (int i = 0; i < n; ++i) px[{static_cast<int>((pos + i) % 256), static_cast<int>((pos + i) / 256)}] = st[at + 3 + static_cast<std::size_t>(i)];
+                for (int i = 0; i < n; ++i)
+                    px[{static_cast<int>((pos + i) % 256), static_cast<int>((pos + i) / 256)}] =
+                        st[at + 3 + static_cast<std::size_t>(i)];
                 pos += n;
                 at += 3 + static_cast<std::size_t>(n);
             }
@@ -109,14 +111,15 @@ private slots:
         if (remapRow > 0) {
             const int m = STYCarInfo[static_cast<std::size_t>(r)].remaps[static_cast<std::size_t>(remapRow - 1)];
             QCOMPARE(W().lstRemaps->item(remapRow)->text(), QString::number(m));
+            const int own = p;
             p = STYPalIndex[static_cast<std::size_t>(STYPalBase[0] + STYPalBase[1] + m)];
+            QVERIFY2(p != own, "a remap in another palette than the sprite's own");
         }
         CheckPicture(s, p, deltaRow - 1);
         QCOMPARE(QString::fromStdString(W().sSelKind), deltaRow > 0 ? QStringLiteral("d") : QStringLiteral("s"));
         QCOMPARE(static_cast<int>(W().iSelNum), s);
-        QCOMPARE(W().lblSSize->text(), QStringLiteral("Size: %1x%2")
-                                           .arg(W().Sty().GetSpriteWidth(s))
-                                           .arg(W().Sty().GetSpriteHeight(s)));
+        QCOMPARE(W().lblSSize->text(),
+                 QStringLiteral("Size: %1x%2").arg(W().Sty().GetSpriteWidth(s)).arg(W().Sty().GetSpriteHeight(s)));
     }
 
     void deltaNames() {
@@ -158,8 +161,15 @@ private slots:
         W().lstSprites->setCurrentRow(0);
         W().lstSprites->setCurrentRow(1);
         W().lstSprites->setCurrentRow(0);
-        const QStringList names = {"Model No.", "Width", "Height", "Passengers", "Wreck No.", "Rating",
-                                   "Front Wheel Offset", "Rear Wheel Offset", "Front Window Offset",
+        const QStringList names = {"Model No.",
+                                   "Width",
+                                   "Height",
+                                   "Passengers",
+                                   "Wreck No.",
+                                   "Rating",
+                                   "Front Wheel Offset",
+                                   "Rear Wheel Offset",
+                                   "Front Window Offset",
                                    "Rear Window Offset"};
         QCOMPARE(W().lstInfo->topLevelItemCount(), 10);
         for (int i = 0; i < 10; ++i) {
