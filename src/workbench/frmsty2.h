@@ -133,6 +133,7 @@ private:
     // Where the box stands on the sheet now, as drawn; none after a render.
     std::optional<QPoint> boxCell_;
     bool busy_ = false;
+    bool rendering_ = false;
     qint64 lastRenderNs_ = 0;
     qint64 lastTileRoadNs_ = 0;
     const QEvent* lastKey_ = nullptr;

@@ -27,6 +27,7 @@ void frmSTY2::RenderSheet() {
     // A render started from inside another's event run would draw into the same sheet: drop it.
     if (busy_) return;
     busy_ = true;
+    rendering_ = true;
     QElapsedTimer whole;
     whole.start();
     qint64 road = 0;
@@ -58,6 +59,7 @@ void frmSTY2::RenderSheet() {
     ++row;
     picMain->resize(picMain->width(), row * kCell);
     SetScrollMax(picMain->Height() - picCont->height());
+    rendering_ = false;
     picMain->show();
     ProgressEnd();
     picMain->update();
@@ -68,6 +70,8 @@ void frmSTY2::RenderSheet() {
 }
 
 void frmSTY2::picMain_MouseUp(int /*Button*/, int /*Shift*/, double X, double Y) {
+    // The sheet is hidden while it is drawn and takes no click then.
+    if (rendering_) return;
     const int cols = Cols();
     if (cols <= 0) return;
     const long column = std::lround(X) / kCell;

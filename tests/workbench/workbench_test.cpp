@@ -341,6 +341,68 @@ private slots:
         modGTA2::ProgressEnd();
     }
 
+    void eventsDuringRender_data() {
+        QTest::addColumn<QString>("what");
+        QTest::newRow("Refresh") << "refresh";
+        QTest::newRow("click") << "click";
+        QTest::newRow("Page Down") << "key";
+    }
+    void eventsDuringRender() {
+        QFETCH(QString, what);
+        auto w = Open(style_);
+        w->cmdGen_Click();
+        const QImage clean = SheetImage(*w);
+        int inner = 0;
+        DocumentHooks h;
+        h.progressStep = [&](double v, const std::string&) {
+            if (v != 5) return;
+            ++inner;
+            if (what == "refresh") w->cmdGen_Click();
+            if (what == "click") w->picMain_MouseUp(1, 0, 70, 130);
+            if (what == "key") w->Form_KeyDown(34, 0);
+        };
+        {
+            ScopedDocumentHooks scoped(h);
+            w->cmdGen_Click();
+        }
+        QCOMPARE(inner, 1);
+        if (what == "click") {
+            // The sheet is hidden while drawn: the click selects nothing.
+            QCOMPARE(w->picMain->Tag, QStringLiteral("-1"));
+            QVERIFY(w->sSelKind.empty());
+        }
+        QCOMPARE(SheetImage(*w), clean);
+    }
+
+    void sheetNarrowerThanACell() {
+        auto w = Open(style_);
+        w->resize(60, 300);
+        QCoreApplication::processEvents();
+        w->cmdGen_Click();
+        QCOMPARE(w->Cols(), 0);
+        QCOMPARE(w->picMain->Height(), 64);
+        w->picMain_MouseUp(1, 0, 5, 5);
+        QCOMPARE(w->picMain->Tag, QStringLiteral("-1"));
+    }
+
+    void topMostUntilResizedVisible() {
+        frmSTY2 w(style_);
+        QVERIFY(w.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+        w.show();
+        w.resize(700, 600);
+        QCoreApplication::processEvents();
+        QVERIFY(!w.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(w.isVisible());
+    }
+
+    void scrollBarMovesSheet() {
+        auto w = Open(style_);
+        w->vScroll->setValue(200);
+        QCOMPARE(w->picMain->y(), -200);
+        w->vScroll->setValue(0);
+        QCOMPARE(w->picMain->y(), 0);
+    }
+
     void cleanupTestCase() {
         cwd_.reset();
         dir_.reset();
