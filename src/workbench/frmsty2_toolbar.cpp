@@ -1,7 +1,189 @@
-// The tool bar: transparency, copy and paste, and the file commands.
+// The tool bar: transparency, copy and paste, and the file commands open, save,
+// save as, export and import.
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFile>
+#include <QImage>
+#include <QListWidget>
+#include <QPushButton>
+#include <QStyle>
+#include <QTemporaryDir>
 #include <QToolBar>
 
+#include "style/hooks.h"
+#include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
+#include "workbench/panes_dialogs.h"
+#include "workbench/panes_events.h"
+#include "workbench/picturebox.h"
 
-void frmSTY2::BuildToolbar() {}
-void frmSTY2::tlbMain_ButtonClick(const QString&) {}
+using panesdialogs::FileDialog;
+using panesdialogs::FileMode;
+
+namespace {
+
+struct Button {
+    const char* key;
+    const char* caption;
+    QStyle::StandardPixmap icon;
+};
+const Button kButtons[8] = {
+    {"open", "Open", QStyle::SP_DialogOpenButton},  {"save", "Save", QStyle::SP_DialogSaveButton},
+    {"saveas", "Save As", QStyle::SP_DriveFDIcon},  {"trans", "Transparent", QStyle::SP_TitleBarShadeButton},
+    {"export", "Export", QStyle::SP_ArrowRight},    {"import", "Import", QStyle::SP_ArrowLeft},
+    {"copy", "Copy", QStyle::SP_FileDialogDetailedView}, {"paste", "Paste", QStyle::SP_DialogApplyButton}};
+
+const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
+
+void Tell(const std::string& text) { MsgBox(text, "Ombrevale", MsgIcon::Exclamation); }
+
+}  // namespace
+
+void frmSTY2::BuildToolbar() {
+    // The bar sits in the row of the page strip, left of "&Refresh", so the pages keep all their room.
+    tlbMain = new QToolBar(MainTab);
+    tlbMain->setIconSize(QSize(16, 16));
+    tlbMain->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    for (const Button& b : kButtons) {
+        QAction* a = tlbMain->addAction(style()->standardIcon(b.icon), QString::fromLatin1(b.caption));
+        a->setObjectName(QString::fromLatin1(b.key));
+        a->setToolTip(QString::fromLatin1(b.caption));
+        const QString key = QString::fromLatin1(b.key);
+        connect(a, &QAction::triggered, this, [this, key] { tlbMain_ButtonClick(key); });
+    }
+    QAction* trans = tlbMain->findChild<QAction*>(QStringLiteral("trans"));
+    trans->setCheckable(true);
+    trans->setChecked(true);  // DrawTransparent is set at start
+    tlbMain->findChild<QAction*>(QStringLiteral("paste"))->setEnabled(false);
+    tlbMain->adjustSize();
+    const auto place = [this] {
+        tlbMain->move(cmdGen->x() - tlbMain->width() - 6, cmdGen->y() + (cmdGen->height() - tlbMain->height()) / 2);
+    };
+    place();
+    new PanesEventTap(cmdGen, QEvent::Move, [place](QEvent*) { place(); });
+    tlbMain->show();
+}
+
+void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
+    if (Key == QLatin1String("trans")) {
+        const bool pressed = tlbMain->findChild<QAction*>(QStringLiteral("trans"))->isChecked();
+        Sty().DrawTransparent(pressed);
+        if (sSelKind == "s") ShowSprite();
+        else if (sSelKind == "t") RenderSheet();
+    } else if (Key == QLatin1String("copy")) {
+        bool drawn = false;
+        if (sSelKind == "t") {
+            picTemp->resize(64, 64);
+            drawn = Sty().RenderTile(iSelNum, *picTemp);
+        } else if (sSelKind == "s") {
+            picTemp->resize(Sty().GetSpriteWidth(iSelNum), Sty().GetSpriteHeight(iSelNum));
+            std::int16_t own = -1;
+            drawn = Sty().RenderSprite(iSelNum, *picTemp, own);
+        }
+        if (drawn) {
+            QApplication::clipboard()->clear();
+            QApplication::clipboard()->setImage(picTemp->image());
+        }
+        picTemp->Cls();
+    } else if (Key == QLatin1String("paste")) {
+        MsgBox("Paste Disabled");
+    } else if (Key == QLatin1String("open")) {
+        ToolbarOpen();
+    } else if (Key == QLatin1String("save")) {
+        ToolbarSave(false);
+    } else if (Key == QLatin1String("saveas")) {
+        ToolbarSave(true);
+    } else if (Key == QLatin1String("export")) {
+        ToolbarExport();
+    } else if (Key == QLatin1String("import")) {
+        ToolbarImport();
+    }
+}
+
+void frmSTY2::ToolbarOpen() {
+    const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Open Style"), kStyleFilter);
+    if (path.isEmpty()) return;
+    if (!QFile::exists(path)) {
+        Tell("The file " + path.toStdString() + " does not exist.");
+        return;
+    }
+    // The document tells what went wrong; the lists follow whatever the stores now hold.
+    if (Sty().LoadSTY(path.toStdString())) panesStylePath_ = path.toStdString();
+    RefillAfterOpen();
+}
+
+void frmSTY2::RefillAfterOpen() {
+    lstSprites->clear();
+    lstPalettes->clear();
+    lstRecy->clear();
+    static const char* const kGroups[6] = {"Car: ", "Ped: ", "Code Object: ", "Map Object: ", "User: ", "Font: "};
+    for (std::size_t g = 0; g < 6; ++g)
+        for (int i = 1; i <= modDeclares::STYSpriteBase[g]; ++i)
+            lstSprites->addItem(QString::fromLatin1(kGroups[g]) + QString::number(i));
+    for (int i = 1; i <= Sty().GetNumOfPals(); ++i) lstPalettes->addItem(QStringLiteral("Palette: %1").arg(i));
+    const auto& recy = modDeclares::STYRecycle;
+    for (std::size_t i = 0; i + 1 < recy.size(); ++i)
+        lstRecy->addItem(QString::asprintf("%03d", static_cast<int>(recy[i])));
+    picSprite->Cls();
+    picPalette->Cls();
+    sSelKind.clear();
+    RenderSheet();
+}
+
+void frmSTY2::ToolbarSave(bool bAskName) {
+    std::string path = bAskName ? std::string() : panesStylePath_;
+    if (path.empty() && !bAskName) path = StylePath();
+    if (path.empty()) {
+        path = FileDialog(this, FileMode::Save, QStringLiteral("Save Style As"), kStyleFilter).toStdString();
+        if (path.empty()) return;
+    }
+    // SaveSTY keeps the former file as .bak and tells the user of any failure.
+    if (Sty().SaveSTY(path)) panesStylePath_ = path;
+}
+
+void frmSTY2::ToolbarExport() {
+    if (sSelKind != "t" && sSelKind != "s" && sSelKind != "d") {
+        Tell("Select a tile on the Tiles page or a sprite on the Sprites page first.");
+        return;
+    }
+    const QString path = FileDialog(this, FileMode::Save, QStringLiteral("Export Picture"),
+                                    QStringLiteral("BMP picture (*.bmp);;PNG picture (*.png)"));
+    if (path.isEmpty()) return;
+    const bool png = path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive);
+    QTemporaryDir tmp;
+    const std::string bmp = png ? (tmp.path() + QStringLiteral("/export.bmp")).toStdString() : path.toStdString();
+    // The sprite goes out in the palette it is shown in: its own or the chosen remap.
+    std::int16_t pal = -1;
+    if (lstRemaps->currentRow() > 0 && lstRemaps->isEnabled()) {
+        const long m = lstRemaps->currentItem()->text().toLong();
+        const long v = modDeclares::STYPalBase[0] + modDeclares::STYPalBase[1] + m;
+        if (v >= 0 && static_cast<std::size_t>(v) < modDeclares::STYPalIndex.size())
+            pal = modDeclares::STYPalIndex[static_cast<std::size_t>(v)];
+    }
+    bool ok = false;
+    if (sSelKind == "t") ok = Sty().SaveTile(bmp, iSelNum);
+    else if (sSelKind == "s") ok = Sty().SaveSprite(bmp, iSelNum, pal);
+    else ok = Sty().SaveDelta(bmp, static_cast<std::int16_t>(cmbDeltas->currentIndex() - 1), iSelNum, pal);
+    if (!ok || !png) return;
+    const QImage pic(QString::fromStdString(bmp));
+    if (pic.isNull() || !pic.save(path, "PNG")) Tell("The picture file " + path.toStdString() + " cannot be written.");
+}
+
+void frmSTY2::ToolbarImport() {
+    const int p = lstPalettes->currentRow();
+    if (p < 0) {
+        Tell("Choose the palette to import into on the Palettes page first.");
+        return;
+    }
+    const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Import Palette"),
+                                    QStringLiteral("JASC palette (*.pal);;All files (*)"));
+    if (path.isEmpty()) return;
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly) || f.readLine().trimmed() != "JASC-PAL") {
+        Tell(path.toStdString() + " is not a JASC-PAL palette file. The palette was not changed.");
+        return;
+    }
+    if (Sty().ImportPalette(path.toStdString(), p)) lstPalettes_Click();
+}

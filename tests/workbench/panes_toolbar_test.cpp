@@ -1,0 +1,229 @@
+// The tool bar on the bundled sample: transparency, copy to the clipboard,
+// paste, and open, save, save as, export and import with the dialogs answered
+// by the test.
+#include <QAction>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFile>
+#include <QToolBar>
+#include <QtTest>
+#include <filesystem>
+#include <fstream>
+
+#include "panes_fixture.h"
+#include "support/hookrecorder.h"
+#include "workbench/panes_dialogs.h"
+#include "workbench/picturebox.h"
+
+using panestest::Pixel;
+using panestest::SpriteByte;
+using panestest::StoreColour;
+
+namespace {
+
+int OwnPalette(int s) {
+    return modDeclares::STYPalIndex.at(static_cast<std::size_t>(modDeclares::STYPalBase[0] + s));
+}
+
+// Sprite s as the store has it, colour 0 as the key colour when transparent.
+QImage ExpectedSprite(const clsSTY& doc, int s, bool transparent) {
+    QImage img(doc.GetSpriteWidth(s), doc.GetSpriteHeight(s), QImage::Format_RGB32);
+    for (int y = 0; y < img.height(); ++y)
+        for (int x = 0; x < img.width(); ++x) {
+            const int c = SpriteByte(doc, s, x, y);
+            img.setPixel(x, y, transparent && c == 0 ? qRgb(255, 0, 255) : StoreColour(OwnPalette(s), c) | 0xFF000000u);
+        }
+    return img;
+}
+
+bool SamePixels(const QImage& a, const QImage& b) {
+    if (a.size() != b.size()) return false;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            if (Pixel(a, x, y) != Pixel(b, x, y)) return false;
+    return true;
+}
+
+}  // namespace
+
+class PanesToolbarTest : public QObject {
+    Q_OBJECT
+    std::unique_ptr<panestest::SampleWindow> s_;
+    QStringList answers_;
+    frmSTY2& W() { return *s_->w; }
+    std::string Copy(const std::string& name) {
+        const std::string p = s_->dir.File(name);
+        std::filesystem::copy_file(OMBREVALE_SAMPLE, p, std::filesystem::copy_options::overwrite_existing);
+        return p;
+    }
+
+private slots:
+    void init() {
+        s_ = std::make_unique<panestest::SampleWindow>();
+        answers_.clear();
+        panesdialogs::Install({{}, [this](QWidget*, panesdialogs::FileMode, const QString&, const QString&) {
+                                   return answers_.isEmpty() ? QString() : answers_.takeFirst();
+                               }});
+    }
+    void cleanup() {
+        panesdialogs::Install({});
+        s_.reset();
+    }
+
+    void copy_data() {
+        QTest::addColumn<bool>("transparent");
+        QTest::newRow("sprite in its own palette") << false;
+        QTest::newRow("sprite with the key colour") << true;
+    }
+    void copy() {
+        QFETCH(bool, transparent);
+        W().Sty().DrawTransparent(transparent);
+        const int s = modDeclares::STYSpriteBase[0] + 2;
+        W().lstSprites->setCurrentRow(s);
+        QApplication::clipboard()->clear();
+        W().tlbMain_ButtonClick(QStringLiteral("copy"));
+        const QImage got = QApplication::clipboard()->image();
+        QVERIFY(SamePixels(got, ExpectedSprite(W().Sty(), s, transparent)));
+        // A second copy gives the same picture; picTemp holds nothing afterwards.
+        W().tlbMain_ButtonClick(QStringLiteral("copy"));
+        QVERIFY(SamePixels(QApplication::clipboard()->image(), got));
+        QCOMPARE(Pixel(W().picTemp->image(), 0, 0), W().picTemp->BackColor() & 0xFFFFFFu);
+    }
+
+    void copyTile() {
+        W().sSelKind = "t";
+        W().iSelNum = 5;
+        W().Sty().DrawTransparent(false);
+        W().tlbMain_ButtonClick(QStringLiteral("copy"));
+        const QImage got = QApplication::clipboard()->image();
+        QCOMPARE(got.size(), QSize(64, 64));
+        const int p = modDeclares::STYPalIndex[5];
+        const auto& tile = W().Sty().STYTileStore[5];
+        for (int y = 0; y < 64; y += 9)
+            for (int x = 0; x < 64; x += 7) QCOMPARE(Pixel(got, x, y), StoreColour(p, tile[static_cast<std::size_t>(y * 64 + x)]));
+    }
+
+    void copyNothingSelected_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("palette") << "p";
+        QTest::newRow("delta") << "d";
+        QTest::newRow("none") << "";
+    }
+    void copyNothingSelected() {
+        QFETCH(QString, kind);
+        QImage marker(3, 3, QImage::Format_RGB32);
+        marker.fill(qRgb(1, 2, 3));
+        QApplication::clipboard()->setImage(marker);
+        W().sSelKind = kind.toStdString();
+        W().tlbMain_ButtonClick(QStringLiteral("copy"));
+        QVERIFY(SamePixels(QApplication::clipboard()->image(), marker));
+    }
+
+    void transRedrawsTheSprite() {
+        const int s = modDeclares::STYSpriteBase[0] + 1;
+        W().lstSprites->setCurrentRow(s);
+        QVERIFY(W().Sty().DrawTransparent());
+        W().tlbMain->findChild<QAction*>(QStringLiteral("trans"))->trigger();  // released
+        QVERIFY(!W().Sty().DrawTransparent());
+        const QImage shown = W().picSprite->image().copy(0, 0, W().Sty().GetSpriteWidth(s), W().Sty().GetSpriteHeight(s));
+        QVERIFY(SamePixels(shown, ExpectedSprite(W().Sty(), s, false)));
+    }
+
+    void pasteAndUnknownKeys() {
+        testsupport::HookRecorder hooks;
+        W().tlbMain_ButtonClick(QStringLiteral("paste"));
+        W().tlbMain_ButtonClick(QStringLiteral("Copy"));
+        QCOMPARE(static_cast<int>(hooks.messages().size()), 1);
+        QVERIFY(QString::fromStdString(hooks.messages()[0]).contains("Paste Disabled"));
+    }
+
+    void openSaveSaveAs() {
+        const std::string a = Copy("a.sty");
+        answers_ = {QString::fromStdString(a)};
+        W().tlbMain_ButtonClick(QStringLiteral("open"));
+        QCOMPARE(W().CurrentStylePath(), a);
+        QCOMPARE(W().lstSprites->count(), 1816);
+        // A change in the store, then "save" writes the opened file and keeps the old one as .bak.
+        modDeclares::STYRecycle = {9, 255};
+        W().tlbMain_ButtonClick(QStringLiteral("save"));
+        QVERIFY(std::filesystem::exists(a + ".bak"));
+        clsSTY reread;
+        QVERIFY(reread.LoadSTY(a));
+        QCOMPARE(modDeclares::STYRecycle, (std::vector<std::uint8_t>{9, 255}));
+        // "saveas" writes another file and "save" goes there from then on; Cancel writes nothing.
+        const std::string b = s_->dir.File("b.sty");
+        answers_ = {QString::fromStdString(b)};
+        W().tlbMain_ButtonClick(QStringLiteral("saveas"));
+        QVERIFY(std::filesystem::exists(b));
+        QCOMPARE(W().CurrentStylePath(), b);
+        W().tlbMain_ButtonClick(QStringLiteral("saveas"));  // cancelled
+        QCOMPARE(W().CurrentStylePath(), b);
+    }
+
+    void openCancelledOrMissing() {
+        const auto sprites = W().lstSprites->count();
+        testsupport::HookRecorder hooks;
+        W().tlbMain_ButtonClick(QStringLiteral("open"));  // cancelled
+        answers_ = {QString::fromStdString(s_->dir.File("missing.sty"))};
+        W().tlbMain_ButtonClick(QStringLiteral("open"));
+        QCOMPARE(W().lstSprites->count(), sprites);
+        QCOMPARE(static_cast<int>(hooks.messages().size()), 1);
+    }
+
+    void exportPicture_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("sprite as BMP") << "s.bmp";
+        QTest::newRow("sprite as PNG") << "s.png";
+    }
+    void exportPicture() {
+        QFETCH(QString, name);
+        const int s = modDeclares::STYSpriteBase[0] + 4;
+        W().lstSprites->setCurrentRow(s);
+        const QString path = QString::fromStdString(s_->dir.File(name.toStdString()));
+        answers_ = {path};
+        W().tlbMain_ButtonClick(QStringLiteral("export"));
+        const QImage got(path);
+        QVERIFY(!got.isNull());
+        QVERIFY(SamePixels(got.convertToFormat(QImage::Format_RGB32), ExpectedSprite(W().Sty(), s, false)));
+    }
+
+    void exportWithoutSelection() {
+        W().sSelKind = "p";
+        testsupport::HookRecorder hooks;
+        W().tlbMain_ButtonClick(QStringLiteral("export"));
+        QCOMPARE(static_cast<int>(hooks.messages().size()), 1);
+        QVERIFY(answers_.isEmpty());
+    }
+
+    void importPalette() {
+        const std::string pal = s_->dir.File("grey.pal");
+        {
+            std::ofstream f(pal);
+            f << "JASC-PAL\n0100\n256\n";
+            for (int i = 0; i < 256; ++i) f << i << ' ' << i << ' ' << 255 - i << '\n';
+        }
+        W().lstPalettes->setCurrentRow(2);
+        answers_ = {QString::fromStdString(pal)};
+        W().tlbMain_ButtonClick(QStringLiteral("import"));
+        QCOMPARE(StoreColour(2, 40), qRgb(40, 40, 215) & 0xFFFFFFu);
+        const QImage strip = W().picPalette->image();
+        QCOMPARE(Pixel(strip, 3, (40 * strip.height() + 255) / 256), qRgb(40, 40, 215) & 0xFFFFFFu);
+    }
+
+    void importRefused() {
+        const std::string bad = s_->dir.File("bad.pal");
+        std::ofstream(bad) << "not a palette\n";
+        const auto before = modDeclares::STYPalData;
+        testsupport::HookRecorder hooks;
+        W().lstPalettes->setCurrentRow(-1);
+        W().tlbMain_ButtonClick(QStringLiteral("import"));  // no palette chosen
+        W().lstPalettes->setCurrentRow(1);
+        answers_ = {QString::fromStdString(bad)};
+        W().tlbMain_ButtonClick(QStringLiteral("import"));
+        QCOMPARE(static_cast<int>(hooks.messages().size()), 2);
+        QVERIFY(modDeclares::STYPalData == before);
+    }
+};
+
+QTEST_MAIN(PanesToolbarTest)
+#include "panes_toolbar_test.moc"
