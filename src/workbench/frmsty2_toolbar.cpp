@@ -30,9 +30,9 @@ struct Button {
     QStyle::StandardPixmap icon;
 };
 const Button kButtons[8] = {
-    {"open", "Open", QStyle::SP_DialogOpenButton},  {"save", "Save", QStyle::SP_DialogSaveButton},
-    {"saveas", "Save As", QStyle::SP_DriveFDIcon},  {"trans", "Transparent", QStyle::SP_TitleBarShadeButton},
-    {"export", "Export", QStyle::SP_ArrowRight},    {"import", "Import", QStyle::SP_ArrowLeft},
+    {"open", "Open", QStyle::SP_DialogOpenButton},       {"save", "Save", QStyle::SP_DialogSaveButton},
+    {"saveas", "Save As", QStyle::SP_DriveFDIcon},       {"trans", "Transparent", QStyle::SP_TitleBarShadeButton},
+    {"export", "Export", QStyle::SP_ArrowRight},         {"import", "Import", QStyle::SP_ArrowLeft},
     {"copy", "Copy", QStyle::SP_FileDialogDetailedView}, {"paste", "Paste", QStyle::SP_DialogApplyButton}};
 
 const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
@@ -70,8 +70,10 @@ void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
     if (Key == QLatin1String("trans")) {
         const bool pressed = tlbMain->findChild<QAction*>(QStringLiteral("trans"))->isChecked();
         Sty().DrawTransparent(pressed);
-        if (sSelKind == "s") ShowSprite();
-        else if (sSelKind == "t") RenderSheet();
+        if (sSelKind == "s")
+            ShowSprite();
+        else if (sSelKind == "t")
+            RenderSheet();
     } else if (Key == QLatin1String("copy")) {
         bool drawn = false;
         if (sSelKind == "t") {
@@ -163,9 +165,12 @@ void frmSTY2::ToolbarExport() {
             pal = modDeclares::STYPalIndex[static_cast<std::size_t>(v)];
     }
     bool ok = false;
-    if (sSelKind == "t") ok = Sty().SaveTile(bmp, iSelNum);
-    else if (sSelKind == "s") ok = Sty().SaveSprite(bmp, iSelNum, pal);
-    else ok = Sty().SaveDelta(bmp, static_cast<std::int16_t>(cmbDeltas->currentIndex() - 1), iSelNum, pal);
+    if (sSelKind == "t")
+        ok = Sty().SaveTile(bmp, iSelNum);
+    else if (sSelKind == "s")
+        ok = Sty().SaveSprite(bmp, iSelNum, pal);
+    else
+        ok = Sty().SaveDelta(bmp, static_cast<std::int16_t>(cmbDeltas->currentIndex() - 1), iSelNum, pal);
     if (!ok || !png) return;
     const QImage pic(QString::fromStdString(bmp));
     if (pic.isNull() || !pic.save(path, "PNG")) Tell("The picture file " + path.toStdString() + " cannot be written.");

@@ -14,9 +14,7 @@ using panestest::StoreColour;
 
 namespace {
 
-int OwnPalette(int s) {
-    return modDeclares::STYPalIndex.at(static_cast<std::size_t>(modDeclares::STYPalBase[0] + s));
-}
+int OwnPalette(int s) { return modDeclares::STYPalIndex.at(static_cast<std::size_t>(modDeclares::STYPalBase[0] + s)); }
 
 // Checks the glyphs of sprites at x positions side by side; returns the x after the last.
 int CheckGlyphs(const clsSTY& doc, const QImage& img, const QList<int>& sprites, bool transparent) {

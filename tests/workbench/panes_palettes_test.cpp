@@ -116,11 +116,16 @@ private slots:
         QTest::addColumn<QString>("idx");
         QTest::addColumn<QString>("red");
         QTest::addColumn<int>("messages");
-        QTest::newRow("no colour taken yet") << "" << "10" << 1;
-        QTest::newRow("red above 255") << "12" << "256" << 1;
-        QTest::newRow("red below 0") << "12" << "-1" << 1;
-        QTest::newRow("red empty") << "12" << "" << 1;
-        QTest::newRow("red not a number") << "12" << "red" << 1;
+        QTest::newRow("no colour taken yet") << ""
+                                             << "10" << 1;
+        QTest::newRow("red above 255") << "12"
+                                       << "256" << 1;
+        QTest::newRow("red below 0") << "12"
+                                     << "-1" << 1;
+        QTest::newRow("red empty") << "12"
+                                   << "" << 1;
+        QTest::newRow("red not a number") << "12"
+                                          << "red" << 1;
     }
     void refusedWrites() {
         QFETCH(QString, idx);

@@ -144,8 +144,8 @@ private slots:
         QTest::newRow("the only row") << QStringList{"042"} << 0 << QStringList{} << QList<int>{255};
         QTest::newRow("middle row") << QStringList{"001", "002", "003"} << 1 << QStringList{"001", "003"}
                                     << QList<int>{1, 3, 255};
-        QTest::newRow("nothing selected") << QStringList{"001", "002"} << -1 << QStringList{"001", "002"}
-                                          << QList<int>{-1};
+        QTest::newRow("nothing selected")
+            << QStringList{"001", "002"} << -1 << QStringList{"001", "002"} << QList<int>{-1};
     }
     void remove() {
         QFETCH(QStringList, before);

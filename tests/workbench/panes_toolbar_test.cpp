@@ -21,9 +21,7 @@ using panestest::StoreColour;
 
 namespace {
 
-int OwnPalette(int s) {
-    return modDeclares::STYPalIndex.at(static_cast<std::size_t>(modDeclares::STYPalBase[0] + s));
-}
+int OwnPalette(int s) { return modDeclares::STYPalIndex.at(static_cast<std::size_t>(modDeclares::STYPalBase[0] + s)); }
 
 // Sprite s as the store has it, colour 0 as the key colour when transparent.
 QImage ExpectedSprite(const clsSTY& doc, int s, bool transparent) {
@@ -100,7 +98,8 @@ private slots:
         const int p = modDeclares::STYPalIndex[5];
         const auto& tile = W().Sty().STYTileStore[5];
         for (int y = 0; y < 64; y += 9)
-            for (int x = 0; x < 64; x += 7) QCOMPARE(Pixel(got, x, y), StoreColour(p, tile[static_cast<std::size_t>(y * 64 + x)]));
+            for (int x = 0; x < 64; x += 7)
+                QCOMPARE(Pixel(got, x, y), StoreColour(p, tile[static_cast<std::size_t>(y * 64 + x)]));
     }
 
     void copyNothingSelected_data() {
@@ -125,7 +124,8 @@ private slots:
         QVERIFY(W().Sty().DrawTransparent());
         W().tlbMain->findChild<QAction*>(QStringLiteral("trans"))->trigger();  // released
         QVERIFY(!W().Sty().DrawTransparent());
-        const QImage shown = W().picSprite->image().copy(0, 0, W().Sty().GetSpriteWidth(s), W().Sty().GetSpriteHeight(s));
+        const QImage shown =
+            W().picSprite->image().copy(0, 0, W().Sty().GetSpriteWidth(s), W().Sty().GetSpriteHeight(s));
         QVERIFY(SamePixels(shown, ExpectedSprite(W().Sty(), s, false)));
     }
 
