@@ -9,6 +9,8 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QStyle>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QToolBar>
 
@@ -46,6 +48,8 @@ void frmSTY2::BuildToolbar() {
     tlbMain = new QToolBar(MainTab);
     tlbMain->setIconSize(QSize(16, 16));
     tlbMain->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    // Tight buttons: the bar shares the strip's row with the page tabs and "&Refresh".
+    tlbMain->setStyleSheet(QStringLiteral("QToolBar { spacing: 0px; padding: 0px; } QToolButton { padding: 1px; }"));
     for (const Button& b : kButtons) {
         QAction* a = tlbMain->addAction(style()->standardIcon(b.icon), QString::fromLatin1(b.caption));
         a->setObjectName(QString::fromLatin1(b.key));
@@ -59,10 +63,17 @@ void frmSTY2::BuildToolbar() {
     tlbMain->findChild<QAction*>(QStringLiteral("paste"))->setEnabled(false);
     tlbMain->adjustSize();
     const auto place = [this] {
-        tlbMain->move(cmdGen->x() - tlbMain->width() - 6, cmdGen->y() + (cmdGen->height() - tlbMain->height()) / 2);
+        // Never over the page tabs.
+        const QTabBar* bar = MainTab->tabBar();
+        const auto LastTabRight = [bar, this] {
+            return bar->count() == 0 ? 0 : bar->mapTo(MainTab, bar->tabRect(bar->count() - 1).topRight()).x();
+        };
+        const int left = std::max(cmdGen->x() - tlbMain->width() - 6, LastTabRight() + 4);
+        tlbMain->move(left, cmdGen->y() + (cmdGen->height() - tlbMain->height()) / 2);
     };
     place();
     new PanesEventTap(cmdGen, QEvent::Move, [place](QEvent*) { place(); });
+    new PanesEventTap(MainTab->tabBar(), QEvent::Resize, [place](QEvent*) { place(); });
     tlbMain->show();
 }
 
