@@ -39,6 +39,32 @@ const Button kButtons[8] = {
 
 const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
 
+// The shared stores as they stand, to put back after a load that failed half-way.
+struct SharedStores {
+    ByteString deltaStore = modDeclares::STYDeltaStore;
+    std::vector<modDeclares::Palette> palData = modDeclares::STYPalData;
+    std::vector<std::int16_t> palIndex = modDeclares::STYPalIndex;
+    std::vector<modDeclares::DeltaEntry> deltaIndex = modDeclares::STYDeltaIndex;
+    std::array<std::int16_t, 8> palBase = modDeclares::STYPalBase;
+    std::array<std::int16_t, 6> spriteBase = modDeclares::STYSpriteBase;
+    std::vector<modDeclares::CarRecord> carInfo = modDeclares::STYCarInfo;
+    std::vector<std::uint8_t> recycle = modDeclares::STYRecycle;
+    modDeclares::FontBase fontBase = modDeclares::STYFontBase;
+
+    static SharedStores Take() { return {}; }
+    void Restore() const {
+        modDeclares::STYDeltaStore = deltaStore;
+        modDeclares::STYPalData = palData;
+        modDeclares::STYPalIndex = palIndex;
+        modDeclares::STYDeltaIndex = deltaIndex;
+        modDeclares::STYPalBase = palBase;
+        modDeclares::STYSpriteBase = spriteBase;
+        modDeclares::STYCarInfo = carInfo;
+        modDeclares::STYRecycle = recycle;
+        modDeclares::STYFontBase = fontBase;
+    }
+};
+
 void Tell(const std::string& text) { MsgBox(text, "Ombrevale", MsgIcon::Exclamation); }
 
 }  // namespace
@@ -122,8 +148,16 @@ void frmSTY2::ToolbarOpen() {
         Tell("The file " + path.toStdString() + " does not exist.");
         return;
     }
-    // The document tells what went wrong; the lists follow whatever the stores now hold.
-    if (Sty().LoadSTY(path.toStdString())) panesStylePath_ = path.toStdString();
+    // A file that does not load puts back the style in memory, unsaved changes and all;
+    // the document has told what went wrong.
+    const clsSTY before = Sty();
+    const SharedStores shared = SharedStores::Take();
+    if (!Sty().LoadSTY(path.toStdString())) {
+        Sty() = before;
+        shared.Restore();
+        return;
+    }
+    panesStylePath_ = path.toStdString();
     RefillAfterOpen();
 }
 

@@ -12,6 +12,7 @@
 
 #include "panes_fixture.h"
 #include "support/hookrecorder.h"
+#include "support/stylebytes.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 
@@ -168,6 +169,28 @@ private slots:
         W().tlbMain_ButtonClick(QStringLiteral("open"));
         QCOMPARE(W().lstSprites->count(), sprites);
         QCOMPARE(static_cast<int>(hooks.messages().size()), 1);
+    }
+
+    void openRefusedKeepsTheStyle() {
+        // Edits in memory survive an open of a file that does not load.
+        modDeclares::STYRecycle = {3, 255};
+        modDeclares::STYPalData[0][4] = 77;
+        const auto tiles = W().Sty().STYTileStore.size();
+        const std::string bad = s_->dir.File("bad.sty");
+        // The recycling list loads, then a section claims more bytes than the file holds.
+        testsupport::WriteFile(bad, testsupport::StyleBytes()
+                                        .Add("RECY", {1, 2, 255})
+                                        .AddWithSize("PPAL", 1 << 20, testsupport::Bytes(64, 1))
+                                        .bytes());
+        answers_ = {QString::fromStdString(bad)};
+        testsupport::HookRecorder hooks;
+        W().tlbMain_ButtonClick(QStringLiteral("open"));
+        QVERIFY(!hooks.messages().empty());
+        QCOMPARE(modDeclares::STYRecycle, (std::vector<std::uint8_t>{3, 255}));
+        QCOMPARE(static_cast<int>(modDeclares::STYPalData[0][4]), 77);
+        QCOMPARE(W().Sty().STYTileStore.size(), tiles);
+        QCOMPARE(W().lstSprites->count(), 1816);
+        QVERIFY(W().CurrentStylePath().empty());
     }
 
     void exportPicture_data() {
