@@ -101,6 +101,10 @@ void frmSTY2::BuildSpritePanes() {
 
     // A write of the current row raises the event inside the write, like a ListIndex write.
     connect(lstSprites, &QListWidget::currentRowChanged, this, [this] { lstSprites_Click(); });
+    // A click on the row already chosen starts that sprite afresh as well.
+    connect(lstSprites, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
+        if (lstSprites->row(item) == lstSprites->currentRow()) lstSprites_Click();
+    });
     connect(lstRemaps, &QListWidget::currentRowChanged, this, [this] { ShowSprite(); });
     connect(cmbDeltas, &QComboBox::currentIndexChanged, this, [this] { ShowSprite(); });
 }

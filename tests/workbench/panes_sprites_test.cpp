@@ -189,6 +189,42 @@ private slots:
         QCOMPARE(QString::fromStdString(W().sSelKind), QStringLiteral("s"));
     }
 
+    void deltaTheSpriteLacks() {
+        const auto [r, s] = CarWithRemapsAndDeltas();
+        Q_UNUSED(r);
+        W().lstSprites->setCurrentRow(s);
+        testsupport::HookRecorder hooks;
+        W().cmbDeltas->setCurrentIndex(19);
+        QVERIFY(DeltaPixels(s, 18).empty());
+        CheckPicture(s, STYPalIndex[static_cast<std::size_t>(STYPalBase[0] + s)], -1);
+        QCOMPARE(QString::fromStdString(W().sSelKind), QStringLiteral("d"));
+        QVERIFY(hooks.messages().empty());
+    }
+
+    void secondClickResets() {
+        const auto [r, s] = CarWithRemapsAndDeltas();
+        Q_UNUSED(r);
+        W().show();
+        W().MainTab->setCurrentIndex(1);
+        W().lstSprites->setCurrentRow(s);
+        W().lstSprites->scrollToItem(W().lstSprites->item(s));
+        W().lstRemaps->setCurrentRow(2);
+        W().cmbDeltas->setCurrentIndex(3);
+        const QString size = W().lblSSize->text();
+        // Tile 100 chosen elsewhere; a remap change here takes the selection back.
+        W().sSelKind = "t";
+        W().iSelNum = 100;
+        W().lstRemaps->setCurrentRow(1);
+        QCOMPARE(static_cast<int>(W().iSelNum), s);
+        QCOMPARE(QString::fromStdString(W().sSelKind), QStringLiteral("d"));
+        QCOMPARE(W().lblSSize->text(), size);
+        const QRect row = W().lstSprites->visualItemRect(W().lstSprites->item(s));
+        QTest::mouseClick(W().lstSprites->viewport(), Qt::LeftButton, {}, row.center());
+        QCOMPARE(W().lstRemaps->currentRow(), 0);
+        QCOMPARE(W().cmbDeltas->currentIndex(), 0);
+        QCOMPARE(QString::fromStdString(W().sSelKind), QStringLiteral("s"));
+    }
+
     void changeBeforeAnySprite() {
         W().sSelKind = "t";
         W().cmbDeltas->setCurrentIndex(3);
