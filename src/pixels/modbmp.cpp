@@ -54,7 +54,8 @@ bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::i
     const auto& palette = pals[static_cast<std::size_t>(iPal)];
     bool ok = std::fwrite(head.data(), 1, head.size(), f.get()) == head.size();
     ok = ok && std::fwrite(palette.data(), 1, palette.size(), f.get()) == palette.size();
-    ok = ok && std::fwrite(sBits.data(), 1, sBits.size(), f.get()) == sBits.size();
+    // An empty block has no data pointer, and fwrite may not be given null.
+    ok = ok && (sBits.empty() || std::fwrite(sBits.data(), 1, sBits.size(), f.get()) == sBits.size());
     return std::fclose(f.release()) == 0 && ok;
 }
 
