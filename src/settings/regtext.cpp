@@ -175,7 +175,8 @@ std::string FormatValue(const Value& v) {
         return out + "\"" + Escape(units, false) + "\"\n";
     }
     if (v.type == 4 && d.size() == 4) {
-        unsigned dw = d[0] | (d[1] << 8) | (d[2] << 16) | (static_cast<unsigned>(d[3]) << 24);
+        unsigned dw = static_cast<unsigned>(d[0]) | (static_cast<unsigned>(d[1]) << 8) |
+                      (static_cast<unsigned>(d[2]) << 16) | (static_cast<unsigned>(d[3]) << 24);
         std::snprintf(buf, sizeof buf, "dword:%08x\n", dw);
         return out + buf;
     }
