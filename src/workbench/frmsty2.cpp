@@ -141,8 +141,16 @@ void frmSTY2::Form_Load() {
     if (const std::string path = StylePath(); !path.empty()) Sty().LoadSTY(path);
     Sty().DrawTransparent(true);
     MainTab->move(MainTab->x(), 0);
+    FillLists();
+    busy_ = false;
+    RenderSheet();
+    workbench::SetTopMost(this, true);
+}
+
+void frmSTY2::FillLists() {
     lstSprites->clear();
     lstPalettes->clear();
+    lstRecy->clear();
     static const char* const kGroups[6] = {"Car: ", "Ped: ", "Code Object: ", "Map Object: ", "User: ", "Font: "};
     for (std::size_t g = 0; g < 6; ++g)
         for (int i = 1; i <= modDeclares::STYSpriteBase[g]; ++i)
@@ -152,9 +160,6 @@ void frmSTY2::Form_Load() {
     const auto& recy = modDeclares::STYRecycle;
     for (std::size_t i = 0; i + 1 < recy.size(); ++i)
         lstRecy->addItem(QString::asprintf("%03d", static_cast<int>(recy[i])));
-    busy_ = false;
-    RenderSheet();
-    workbench::SetTopMost(this, true);
 }
 
 void frmSTY2::cmdGen_Click() {

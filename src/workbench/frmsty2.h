@@ -123,6 +123,7 @@ private:
     void BuildTilesPage();
     void BuildOtherPages();
     void Form_Load();
+    void FillLists();
     std::string StylePath() const;
     void SetScrollMax(int max);
     void HandOverToEditor();

@@ -162,17 +162,7 @@ void frmSTY2::ToolbarOpen() {
 }
 
 void frmSTY2::RefillAfterOpen() {
-    lstSprites->clear();
-    lstPalettes->clear();
-    lstRecy->clear();
-    static const char* const kGroups[6] = {"Car: ", "Ped: ", "Code Object: ", "Map Object: ", "User: ", "Font: "};
-    for (std::size_t g = 0; g < 6; ++g)
-        for (int i = 1; i <= modDeclares::STYSpriteBase[g]; ++i)
-            lstSprites->addItem(QString::fromLatin1(kGroups[g]) + QString::number(i));
-    for (int i = 1; i <= Sty().GetNumOfPals(); ++i) lstPalettes->addItem(QStringLiteral("Palette: %1").arg(i));
-    const auto& recy = modDeclares::STYRecycle;
-    for (std::size_t i = 0; i + 1 < recy.size(); ++i)
-        lstRecy->addItem(QString::asprintf("%03d", static_cast<int>(recy[i])));
+    FillLists();
     picSprite->Cls();
     picPalette->Cls();
     sSelKind.clear();
