@@ -1,9 +1,11 @@
-// Without libFuzzer: feed every file named on the command line to the target,
-// then a fixed number of seeded mutations of each, so the test run exercises
-// the same code paths on every build.
+// Without libFuzzer: feed every file named on the command line (or found in a
+// folder named there) to the target, then a fixed number of seeded mutations
+// of each, so the test run exercises the same code paths on every build.
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -11,6 +13,7 @@
 #include <string>
 #include <vector>
 
+extern "C" int LLVMFuzzerInitialize(int* argc, char*** argv);
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
@@ -37,15 +40,36 @@ std::vector<std::uint8_t> Mutate(std::vector<std::uint8_t> bytes, std::mt19937& 
     return bytes;
 }
 
+// Files as named, and the files of named folders in name order; dot files are skipped.
+std::vector<std::filesystem::path> Inputs(int argc, char** argv) {
+    namespace fs = std::filesystem;
+    std::vector<fs::path> files;
+    for (int i = 1; i < argc; ++i) {
+        const fs::path p = fs::absolute(argv[i]);
+        if (!fs::is_directory(p)) {
+            files.push_back(p);
+            continue;
+        }
+        std::vector<fs::path> inside;
+        for (const auto& e : fs::directory_iterator(p))
+            if (e.is_regular_file() && e.path().filename().string()[0] != '.') inside.push_back(e.path());
+        std::sort(inside.begin(), inside.end());
+        files.insert(files.end(), inside.begin(), inside.end());
+    }
+    return files;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    const auto inputs = Inputs(argc, argv);  // before the target moves to its scratch folder
+    LLVMFuzzerInitialize(&argc, &argv);
     const int rounds = std::getenv("OMBREVALE_FUZZ_ROUNDS") ? std::atoi(std::getenv("OMBREVALE_FUZZ_ROUNDS")) : 300;
     std::mt19937 rng(20261123);
-    for (int i = 1; i < argc; ++i) {
-        std::ifstream f(argv[i], std::ios::binary);
+    for (const auto& path : inputs) {
+        std::ifstream f(path, std::ios::binary);
         if (!f) {
-            std::cerr << "replay: cannot read " << argv[i] << "\n";
+            std::cerr << "replay: cannot read " << path << "\n";
             return 1;
         }
         const std::vector<std::uint8_t> seed{std::istreambuf_iterator<char>(f), {}};
@@ -55,6 +79,10 @@ int main(int argc, char** argv) {
             LLVMFuzzerTestOneInput(m.data(), m.size());
         }
     }
-    std::cout << "replayed " << argc - 1 << " seeds with " << rounds << " mutations each\n";
+    if (inputs.empty()) {
+        std::cerr << "replay: no inputs\n";
+        return 1;
+    }
+    std::cout << "replayed " << inputs.size() << " inputs with " << rounds << " mutations each\n";
     return 0;
 }

@@ -1,0 +1,77 @@
+// Writes the starting inputs of the fuzz targets into OUT/loadsty,
+// OUT/importpalette and OUT/regfile: small generated styles holding every
+// section, JASC-PAL files in each line ending, and a Wine user.reg followed by
+// the bytes that pick a key and a value to write into it.
+
+#include <cstdint>
+#include <filesystem>
+#include <iostream>
+#include <string>
+
+#include "style/fullstyle.h"
+#include "support/stylebytes.h"
+
+namespace fs = std::filesystem;
+using testsupport::Bytes;
+
+namespace {
+
+Bytes AsBytes(const std::string& s) { return Bytes(s.begin(), s.end()); }
+
+std::string Jasc(const char* eol, int colours) {
+    std::string t = std::string("JASC-PAL") + eol + "0100" + eol + "256" + eol;
+    for (int i = 0; i < colours; ++i)
+        t += std::to_string(i) + " " + std::to_string(255 - i) + " " + std::to_string((i * 7) % 256) + eol;
+    return t;
+}
+
+const char* kUserReg =
+    "WINE REGISTRY Version 2\n"
+    ";; All keys relative to REGISTRY\\\\User\\\\S-1-5-21-0-0-0-1000\n"
+    "\n"
+    "#arch=win64\n"
+    "\n"
+    "[Environment] 1795402101\n"
+    "#time=1dd7af51a054466\n"
+    "\"TEMP\"=str(2):\"%USERPROFILE%\\\\AppData\\\\Local\\\\Temp\"\n"
+    "\n"
+    "[Software\\\\DMA Design LTd\\\\Gta2 Editor\\\\App Defaults] 1795402116\n"
+    "#time=1dd7af523e54cf6\n"
+    "\"App Style File\"=\"C:\\\\GTA2\\\\data\\\\wil.sty\"\n"
+    "\"Bin\"=hex:f5,ff,ff,ff,00,00,00,00,00,00,00,00,00,00,00,00,bc,02,00,00,\\\n"
+    "  00,00,00,00,00,00,00,22,4d,00\n"
+    "\"Multi\"=hex(7):61,00,00,00,62,00,00,00,00,00\n"
+    "\"Big\"=hex(5):00,00,00,2a\n"
+    "\"Count\"=dword:0000002a\n"
+    "@=\"default\"\n";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::cerr << "usage: make-fuzz-seeds OUT\n";
+        return 2;
+    }
+    const fs::path out = argv[1];
+    for (const char* d : {"loadsty", "importpalette", "regfile"}) fs::create_directories(out / d);
+
+    const auto full = styletest::MakeFullStyle();
+    testsupport::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());
+    testsupport::WriteFile((out / "loadsty/scrambled.sty").string(), styletest::MakeScrambledStyle(full).bytes());
+
+    testsupport::WriteFile((out / "importpalette/crlf.pal").string(), AsBytes("\x01" + Jasc("\r\n", 256)));
+    testsupport::WriteFile((out / "importpalette/lf.pal").string(), AsBytes("\x02" + Jasc("\n", 256)));
+    testsupport::WriteFile((out / "importpalette/cr.pal").string(), AsBytes("\x03" + Jasc("\r", 256)));
+    testsupport::WriteFile((out / "importpalette/short.pal").string(), AsBytes("\x01" + Jasc("\r\n", 17)));
+
+    const Bytes change = {5, 'G', 'T', 'A', '2', 0xC3, 0x21, 4, 'N', 'a', 'm', 'e', 1, 6, 'a', 0, 'b', 0, 0, 0};
+    Bytes reg = AsBytes(kUserReg);
+    reg.push_back(0);
+    reg.insert(reg.end(), change.begin(), change.end());
+    testsupport::WriteFile((out / "regfile/user.reg").string(), reg);
+    Bytes bare = AsBytes("WINE REGISTRY Version 2\n");
+    bare.push_back(0);
+    bare.insert(bare.end(), change.begin(), change.end());
+    testsupport::WriteFile((out / "regfile/empty.reg").string(), bare);
+    return 0;
+}
