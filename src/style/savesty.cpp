@@ -162,6 +162,9 @@ bool clsSTY::SaveSTY(const std::string& sFile) const {
     if (fs::exists(sFile, ec)) {
         fs::copy_file(sFile, backup, fs::copy_options::overwrite_existing, ec);
         if (ec) {
+            // A half-made copy would pass for the previous file.
+            std::error_code ignored;
+            fs::remove(backup, ignored);
             ProgressEnd();
             TellNotSaved(sFile, "its backup " + backup + " could not be made (" + ec.message() + ")");
             return false;

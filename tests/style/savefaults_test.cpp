@@ -1,0 +1,167 @@
+// A save that cannot finish must leave the user's previous file where it was
+// (as the file, or at least as its .bak), leave no half-written file behind,
+// and say so once. Each case runs the save in a child process, so that a file
+// size limit or a dropped privilege stays there.
+
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "fullstyle.h"
+#include "style/clssty.h"
+#include "support/hookrecorder.h"
+#include "support/stylebytes.h"
+#include "support/tempdir.h"
+
+using namespace testsupport;
+namespace fs = std::filesystem;
+
+namespace {
+
+struct Outcome {
+    bool saved = true;
+    std::vector<std::string> messages;
+    bool progressClosed = false;
+};
+
+// Runs the save in a child after `fault` and reads back what happened.
+Outcome SaveInChild(const clsSTY& doc, const std::string& path, const std::function<void()>& fault) {
+    int out[2];
+    if (::pipe(out) != 0) return {};
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        ::close(out[0]);
+        fault();
+        HookRecorder hooks;
+        const bool saved = doc.SaveSTY(path);
+        std::string report = saved ? "saved\n" : "refused\n";
+        for (const auto& call : hooks.calls()) report += call + "\n";
+        const ssize_t n = ::write(out[1], report.data(), report.size());
+        ::_exit(n == static_cast<ssize_t>(report.size()) ? 0 : 3);
+    }
+    ::close(out[1]);
+    std::string report;
+    char buf[4096];
+    for (ssize_t n; (n = ::read(out[0], buf, sizeof buf)) > 0;) report.append(buf, static_cast<std::size_t>(n));
+    ::close(out[0]);
+    int status = 0;
+    ::waitpid(pid, &status, 0);
+    Outcome o;
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << "the child did not finish: " << status;
+    o.saved = report.rfind("saved\n", 0) == 0;
+    std::size_t at = report.find('\n');
+    while (at != std::string::npos && at + 1 < report.size()) {
+        const std::size_t next = report.find('\n', at + 1);
+        const std::string line = report.substr(at + 1, next - at - 1);
+        if (line.rfind("msg ", 0) == 0) o.messages.push_back(line);
+        if (line == "end") o.progressClosed = true;
+        at = next;
+    }
+    return o;
+}
+
+void LimitFileSize(rlim_t bytes) {
+    std::signal(SIGXFSZ, SIG_IGN);  // the write then fails with EFBIG, as a full disk fails it with ENOSPC
+    rlimit lim{};
+    ::getrlimit(RLIMIT_FSIZE, &lim);
+    lim.rlim_cur = bytes;
+    ::setrlimit(RLIMIT_FSIZE, &lim);
+}
+
+// Root writes into read-only folders; the user this guards is not root.
+void BecomeAnOrdinaryUser() {
+    if (::geteuid() != 0) return;
+    if (::setgid(65534) != 0 || ::setuid(65534) != 0) ::_exit(4);
+}
+
+struct FaultCase {
+    const char* name;
+    std::size_t oldBytes;                          // size of the file already at the path
+    std::function<void(const fs::path&)> prepare;  // in the parent, on the folder
+    std::function<void()> fault;                   // in the child, before the save
+    bool backupMayBeMissing;                       // the backup itself was what failed
+};
+
+void PrintTo(const FaultCase& c, std::ostream* os) { *os << c.name; }
+
+std::vector<FaultCase> Cases() {
+    return {
+        {"DiskFullWhileWriting", 100, [](const fs::path&) {}, [] { LimitFileSize(32 * 1024); }, false},
+        {"DiskFullWhileBackingUp", 200 * 1024, [](const fs::path&) {}, [] { LimitFileSize(64 * 1024); }, true},
+        {"ReadOnlyFolder", 100,
+         [](const fs::path& dir) {
+             fs::permissions(dir, fs::perms::owner_read | fs::perms::owner_exec | fs::perms::group_read |
+                                      fs::perms::group_exec | fs::perms::others_read | fs::perms::others_exec);
+         },
+         BecomeAnOrdinaryUser, true},
+        {"BackupPathIsAFolder", 100,
+         [](const fs::path& dir) {
+             fs::create_directory(dir / "style.sty.bak");
+             WriteFile((dir / "style.sty.bak" / "inside").string(), Text("x"));
+         },
+         [] {}, true},
+        {"TemporaryFileCannotBeMade", 100,
+         [](const fs::path& dir) {
+             fs::create_directory(dir / "style.sty.saving");
+             WriteFile((dir / "style.sty.saving" / "inside").string(), Text("x"));
+         },
+         [] {}, false},
+    };
+}
+
+class SaveFault : public ::testing::TestWithParam<FaultCase> {
+protected:
+    void SetUp() override { modDeclares::ResetSharedStores(); }
+    void TearDown() override {
+        fs::permissions(dir.path(), fs::perms::owner_all);
+        modDeclares::ResetSharedStores();
+    }
+    TempDir dir;
+};
+
+TEST_P(SaveFault, KeepsThePreviousFileAndSaysSo) {
+    const FaultCase& c = GetParam();
+    const std::string in = dir.File("in.sty");
+    WriteFile(in, styletest::MakeFullStyle().file.bytes());
+    clsSTY doc;
+    ASSERT_TRUE(doc.LoadSTY(in));
+    fs::remove(in);
+
+    const std::string path = dir.File("style.sty");
+    Bytes old(c.oldBytes);
+    for (std::size_t i = 0; i < old.size(); ++i) old[i] = static_cast<std::uint8_t>(i * 13 + 1);
+    WriteFile(path, old);
+    fs::permissions(path,
+                    fs::perms::owner_read | fs::perms::owner_write | fs::perms::group_read | fs::perms::others_read);
+    c.prepare(dir.path());
+
+    const Outcome o = SaveInChild(doc, path, c.fault);
+    fs::permissions(dir.path(), fs::perms::owner_all);
+
+    EXPECT_FALSE(o.saved);
+    ASSERT_EQ(o.messages.size(), 1u);
+    EXPECT_NE(o.messages[0].find("was not saved"), std::string::npos) << o.messages[0];
+    EXPECT_TRUE(o.progressClosed);
+    EXPECT_EQ(ReadFile(path), old) << "the previous file must stay as it was";
+    const std::string bak = path + ".bak";
+    if (fs::is_regular_file(bak)) {
+        EXPECT_EQ(ReadFile(bak), old) << "a backup left behind must be whole";
+    } else {
+        EXPECT_TRUE(c.backupMayBeMissing) << "the backup of the previous file is missing";
+    }
+    EXPECT_FALSE(fs::is_regular_file(path + ".saving")) << "a half-written file was left behind";
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, SaveFault, ::testing::ValuesIn(Cases()),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+}  // namespace
