@@ -1,0 +1,160 @@
+// What a style file costs to load is bounded by its real size, never by the
+// sizes and counts it claims. This program counts every byte allocated through
+// operator new, so the peak of one load can be held against the file's length.
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "style/clssty.h"
+#include "support/hookrecorder.h"
+#include "support/stylebytes.h"
+#include "support/tempdir.h"
+
+namespace {
+
+std::atomic<std::size_t> gLive{0};
+std::atomic<std::size_t> gPeak{0};
+constexpr std::size_t kHead = alignof(std::max_align_t);
+
+void* Take(std::size_t n) {
+    auto* p = static_cast<unsigned char*>(std::malloc(n + kHead));
+    if (!p) throw std::bad_alloc();
+    *reinterpret_cast<std::size_t*>(p) = n;
+    const std::size_t live = gLive += n;
+    for (std::size_t peak = gPeak; live > peak && !gPeak.compare_exchange_weak(peak, live);) {
+    }
+    return p + kHead;
+}
+
+void Give(void* q) noexcept {
+    if (!q) return;
+    auto* p = static_cast<unsigned char*>(q) - kHead;
+    gLive -= *reinterpret_cast<std::size_t*>(p);
+    std::free(p);
+}
+
+}  // namespace
+
+void* operator new(std::size_t n) { return Take(n); }
+void* operator new[](std::size_t n) { return Take(n); }
+void operator delete(void* p) noexcept { Give(p); }
+void operator delete[](void* p) noexcept { Give(p); }
+void operator delete(void* p, std::size_t) noexcept { Give(p); }
+void operator delete[](void* p, std::size_t) noexcept { Give(p); }
+
+namespace {
+
+using namespace testsupport;
+
+struct BoundCase {
+    const char* name;
+    Bytes (*make)();
+    bool loads;
+};
+
+void PrintTo(const BoundCase& c, std::ostream* os) { *os << c.name; }
+
+Bytes Repeat(const Bytes& record, std::size_t times) {
+    Bytes out;
+    out.reserve(record.size() * times);
+    for (std::size_t i = 0; i < times; ++i) out.insert(out.end(), record.begin(), record.end());
+    return out;
+}
+
+constexpr std::int64_t kHuge = 0x7FFFFFFF;
+
+std::vector<BoundCase> Cases() {
+    return {
+        {"EverySectionClaimsTwoGigabytes",
+         [] {
+             StyleBytes s;
+             for (const char* tag : {"TILE", "PPAL", "PALX", "SPRX", "SPRG", "DELS", "OBJI", "RECY", "SPEC"})
+                 s.AddWithSize(tag, kHuge, Bytes(64, 0));
+             return s.bytes();
+         },
+         false},
+        {"TilesClaimed32768WithOneStrip",
+         [] { return StyleBytes().AddWithSize("TILE", 32768LL * 4096, Bytes(16384, 7)).bytes(); }, false},
+        {"Tiles32764", [] { return StyleBytes().Add("TILE", Bytes(32764ULL * 4096, 3)).bytes(); }, true},
+        {"DeltaRecords40000Empty",
+         [] {
+             return StyleBytes().Add("DELX", Repeat(Cat({LE16(1), {0, 0}}), 40000)).bytes();
+         },
+         true},
+        {"DeltaRecords2000Full",
+         [] {
+             return StyleBytes().Add("DELX", Repeat(Cat({LE16(1), {255, 0}, Bytes(510, 1)}), 2000)).bytes();
+         },
+         true},
+        {"DeltaIndexClaimsMoreThanItHolds",
+         [] {
+             return StyleBytes().AddWithSize("DELX", kHuge, Repeat(Cat({LE16(1), {0, 0}}), 5000)).bytes();
+         },
+         false},
+        {"CarRecords30000",
+         [] {
+             return StyleBytes().Add("CARI", Repeat(Bytes{1, 2, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 30000)).bytes();
+         },
+         true},
+        {"CarRecords3000WithRemapsAndDoors",
+         [] {
+             Bytes car{1, 2, 8, 8, 255, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+             car.insert(car.end(), 255, 9);
+             car.push_back(255);
+             car.insert(car.end(), 510, 4);
+             return StyleBytes().Add("CARI", Repeat(car, 3000)).bytes();
+         },
+         true},
+        {"CarInfoClaimsMoreThanItHolds",
+         [] {
+             return StyleBytes()
+                 .AddWithSize("CARI", kHuge, Repeat(Bytes{1, 2, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 5000))
+                 .bytes();
+         },
+         false},
+    };
+}
+
+class Bounded : public ::testing::TestWithParam<BoundCase> {
+protected:
+    void SetUp() override { modDeclares::ResetSharedStores(); }
+    void TearDown() override { modDeclares::ResetSharedStores(); }
+};
+
+TEST_P(Bounded, LoadCostsMemoryInProportionToTheRealFile) {
+    TempDir dir;
+    const std::string path = dir.File("claims.sty");
+    std::size_t fileBytes = 0;
+    {
+        const Bytes bytes = GetParam().make();
+        fileBytes = bytes.size();
+        WriteFile(path, bytes);
+    }
+    HookRecorder quiet;
+    clsSTY doc;
+    const std::size_t before = gLive;
+    gPeak = before;
+    const auto start = std::chrono::steady_clock::now();
+    const bool loaded = doc.LoadSTY(path);
+    const double ms = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+    const std::size_t peak = gPeak - before;
+
+    EXPECT_EQ(loaded, GetParam().loads);
+    // The file read whole and the stores built from it. The factor is the
+    // smallest record's growth: a 4-byte delta record becomes a 32-byte entry,
+    // and a growing list briefly holds two copies. No claimed size enters it.
+    EXPECT_LE(peak, 32 * fileBytes + 64 * 1024) << "peak " << peak << " for a file of " << fileBytes;
+    std::printf("%s: %zu-byte file, peak %zu bytes allocated, %.1f ms\n", GetParam().name, fileBytes, peak, ms);
+}
+
+INSTANTIATE_TEST_SUITE_P(Claims, Bounded, ::testing::ValuesIn(Cases()),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+}  // namespace
