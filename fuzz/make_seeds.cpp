@@ -45,6 +45,22 @@ const char* kUserReg =
     "\"Count\"=dword:0000002a\n"
     "@=\"default\"\n";
 
+// One strip of tiles and one page of palettes, the smallest style that still
+// draws; the other sections as the full style has them.
+testsupport::StyleBytes Compact(const styletest::FullStyle& full) {
+    const Bytes& f = full.file.bytes();
+    const auto& b = full.file.boundaries();
+    std::vector<testsupport::TilePixels> tiles(full.tiles.begin(), full.tiles.begin() + 4);
+    std::vector<testsupport::PaletteBytes> pals(full.palettes.begin(), full.palettes.begin() + 64);
+    testsupport::StyleBytes s;
+    s.Add("TILE", testsupport::TilePayload(tiles)).Add("PPAL", testsupport::PalettePayload(pals));
+    for (std::size_t i = 2; i < b.size(); ++i) {
+        const std::size_t end = i + 1 < b.size() ? b[i + 1] : f.size();
+        s.Raw(Bytes(f.begin() + static_cast<long>(b[i]), f.begin() + static_cast<long>(end)));
+    }
+    return s;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -58,6 +74,7 @@ int main(int argc, char** argv) {
     const auto full = styletest::MakeFullStyle();
     testsupport::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());
     testsupport::WriteFile((out / "loadsty/scrambled.sty").string(), styletest::MakeScrambledStyle(full).bytes());
+    testsupport::WriteFile((out / "loadsty/compact.sty").string(), Compact(full).bytes());
 
     testsupport::WriteFile((out / "importpalette/crlf.pal").string(), AsBytes("\x01" + Jasc("\r\n", 256)));
     testsupport::WriteFile((out / "importpalette/lf.pal").string(), AsBytes("\x02" + Jasc("\n", 256)));
