@@ -47,7 +47,7 @@ const char* kUserReg =
 
 // One strip of tiles and one page of palettes, the smallest style that still
 // draws; the other sections as the full style has them.
-testsupport::StyleBytes Compact(const styletest::FullStyle& full) {
+testsupport::StyleBytes Compact(const styletest::FullStyle& full, bool deltasOnASprite) {
     const Bytes& f = full.file.bytes();
     const auto& b = full.file.boundaries();
     std::vector<testsupport::TilePixels> tiles(full.tiles.begin(), full.tiles.begin() + 4);
@@ -55,6 +55,21 @@ testsupport::StyleBytes Compact(const styletest::FullStyle& full) {
     testsupport::StyleBytes s;
     s.Add("TILE", testsupport::TilePayload(tiles)).Add("PPAL", testsupport::PalettePayload(pals));
     for (std::size_t i = 2; i < b.size(); ++i) {
+        if (deltasOnASprite && i == 4) {
+            // Sprite 1 (30 by 3) with two deltas of runs: distance, length, pixels.
+            using testsupport::Cat;
+            using testsupport::LE16;
+            s.Add("DELX", Cat({LE16(1), {2, 0}, LE16(9), LE16(6)}));
+            s.Add("DELS", {3, 0, 2, 9, 9, 0, 1, 1, 7, 0, 0, 3, 1, 2, 3});
+            ++i;
+            continue;
+        }
+        if (deltasOnASprite && i == 6) {  // an entry for every virtual palette the sprites name
+            Bytes palx;
+            for (int v = 0; v < 64; ++v) palx.insert(palx.end(), {static_cast<std::uint8_t>(v), 0});
+            s.Add("PALX", palx);
+            continue;
+        }
         const std::size_t end = i + 1 < b.size() ? b[i + 1] : f.size();
         s.Raw(Bytes(f.begin() + static_cast<long>(b[i]), f.begin() + static_cast<long>(end)));
     }
@@ -74,7 +89,8 @@ int main(int argc, char** argv) {
     const auto full = styletest::MakeFullStyle();
     testsupport::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());
     testsupport::WriteFile((out / "loadsty/scrambled.sty").string(), styletest::MakeScrambledStyle(full).bytes());
-    testsupport::WriteFile((out / "loadsty/compact.sty").string(), Compact(full).bytes());
+    testsupport::WriteFile((out / "loadsty/compact.sty").string(), Compact(full, false).bytes());
+    testsupport::WriteFile((out / "loadsty/deltas.sty").string(), Compact(full, true).bytes());
 
     testsupport::WriteFile((out / "importpalette/crlf.pal").string(), AsBytes("\x01" + Jasc("\r\n", 256)));
     testsupport::WriteFile((out / "importpalette/lf.pal").string(), AsBytes("\x02" + Jasc("\n", 256)));
