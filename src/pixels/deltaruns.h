@@ -2,10 +2,10 @@
 // Reading a delta's runs: distance (2 bytes), length n (1), n pixels. The
 // running position P counts in rows of 256 from the sprite's top left.
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 
-#include "pixels/modbmp.h"
 #include "style/bytes.h"
 
 namespace deltaruns {
@@ -13,11 +13,12 @@ namespace deltaruns {
 // Calls visit(P, pixels) for every run. A run cut short by the end of the
 // delta gives the pixels that are there and ends the walk.
 template <typename Visit>
-void ForEachRun(const ByteString& s, Visit visit) {
+void ForEachRun(std::span<const std::uint8_t> s, Visit visit) {
     std::int64_t P = 0;
     std::size_t at = 0;
     while (at + 3 <= s.size()) {
-        P += modBMP::ByteStringValue(ByteString{s[at], s[at + 1]});
+        // The distance is a signed little-endian 16-bit number.
+        P += static_cast<std::int16_t>(static_cast<std::uint16_t>(s[at] | (s[at + 1] << 8)));
         const std::size_t n = s[at + 2];
         const std::size_t have = std::min(n, s.size() - at - 3);
         visit(P, std::span<const std::uint8_t>(s.data() + at + 3, have));

@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <array>
 #include <filesystem>
+#include <span>
 #include <system_error>
 
 #include "pixels/checks.h"
@@ -39,13 +41,23 @@ bool Find(std::int16_t deltaNumber, std::int16_t spriteIdx, Place& out) {
 
 }  // namespace deltaruns
 
-ByteString clsSTY::GetDeltaString(std::int16_t deltaNumber, std::int16_t spriteIdx) const {
+namespace {
+
+// The delta's bytes where they lie in the store; a delta whose bytes run past
+// the store gives what is there.
+std::span<const std::uint8_t> DeltaBytes(std::int16_t deltaNumber, std::int16_t spriteIdx) {
     deltaruns::Place place;
     if (!deltaruns::Find(deltaNumber, spriteIdx, place)) return {};
-    // A delta whose bytes run past the store gives what is there.
     const std::size_t start = std::min(place.start, STYDeltaStore.size());
     const std::size_t end = std::min(start + place.length, STYDeltaStore.size());
-    return ByteString(STYDeltaStore.begin() + static_cast<long>(start), STYDeltaStore.begin() + static_cast<long>(end));
+    return std::span<const std::uint8_t>(STYDeltaStore).subspan(start, end - start);
+}
+
+}  // namespace
+
+ByteString clsSTY::GetDeltaString(std::int16_t deltaNumber, std::int16_t spriteIdx) const {
+    const auto bytes = DeltaBytes(deltaNumber, spriteIdx);
+    return ByteString(bytes.begin(), bytes.end());
 }
 
 void clsSTY::RenderDelta(std::int16_t deltaNumber, std::int16_t spriteIdx, PictureControl& PicBox,
@@ -54,11 +66,15 @@ void clsSTY::RenderDelta(std::int16_t deltaNumber, std::int16_t spriteIdx, Pictu
         pixelchecks::Refuse("There is no palette " + std::to_string(PalIdx) + " to draw the delta in.");
         return;
     }
-    deltaruns::ForEachRun(GetDeltaString(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
+    // The palette is known good: its 256 colours once, not a checked lookup a pixel.
+    std::array<std::int32_t, 256> colour{};
+    for (std::size_t c = 0; c < colour.size(); ++c) colour[c] = GetCol(PalIdx, static_cast<std::int32_t>(c));
+    std::array<std::int32_t, 255> run{};
+    deltaruns::ForEachRun(DeltaBytes(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
         if (P < 0) return;
         const auto x = static_cast<int>(P % kSpriteRowStride), y = static_cast<int>(P / kSpriteRowStride);
-        for (std::size_t i = 0; i < pixels.size(); ++i)
-            PicBox.SetPixelV(x + static_cast<int>(i), y, GetCol(PalIdx, pixels[i]));
+        for (std::size_t i = 0; i < pixels.size(); ++i) run[i] = colour[pixels[i]];
+        PicBox.SetPixelRunV(x, y, run.data(), pixels.size());
     });
 }
 
@@ -69,7 +85,7 @@ bool clsSTY::SaveDelta(const std::string& sFile, std::int16_t deltaNumber, std::
     const auto g = spriteblock::Of(*this, spriteIdx);
     ByteString block = spriteblock::RowsTopFirst(*this, g);
     // One column right of where RenderDelta draws; what passes the block's end is dropped.
-    deltaruns::ForEachRun(GetDeltaString(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
+    deltaruns::ForEachRun(DeltaBytes(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
         if (P < 0) return;
         const std::int64_t first = (P / kSpriteRowStride) * g.padded + P % kSpriteRowStride + 1;
         for (std::size_t i = 0; i < pixels.size(); ++i) {

@@ -1,28 +1,22 @@
 #include "pixels/modbmp.h"
 
-#include <cstdio>
-#include <memory>
+#include <fcntl.h>
+
 
 #include "style/bytewriter.h"
 #include "style/moddeclares.h"
 
+#ifdef _WIN32
+#include <io.h>
+#include <sys/stat.h>
+#else
+#include <unistd.h>
+#endif
+
 namespace modBMP {
 namespace {
 
-struct FileCloser {
-    void operator()(std::FILE* f) const { std::fclose(f); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
-
-// "r+b" keeps what lies behind the new end; a file that is not there yet is made.
-File OpenForOverwrite(const std::string& path) {
-    if (std::FILE* f = std::fopen(path.c_str(), "r+b")) return File(f);
-    return File(std::fopen(path.c_str(), "wb"));
-}
-
-ByteString Head(std::int32_t lW, std::int32_t lH, std::size_t blockBytes) {
-    ByteString head;
-    ByteWriter w(head);
+void Head(ByteWriter& w, std::int32_t lW, std::int32_t lH, std::size_t blockBytes) {
     w.U8('B');  // bfType
     w.U8('M');
     w.U32(static_cast<std::uint32_t>(kHeadBytes + blockBytes));  // bfSize
@@ -40,23 +34,50 @@ ByteString Head(std::int32_t lW, std::int32_t lH, std::size_t blockBytes) {
     w.U32(0);                                                    // biYPelsPerMeter
     w.U32(256);                                                  // biClrUsed
     w.U32(256);                                                  // biClrImportant
-    return head;
+}
+
+// One open that keeps what lies behind the new end and makes a file that is
+// not there yet, then the whole picture in one write call (more only if the
+// system takes less at a time).
+bool WriteFromStart(const std::string& path, const ByteString& bytes) {
+#ifdef _WIN32
+    const int fd = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_BINARY, _S_IREAD | _S_IWRITE);
+#else
+    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+#endif
+    if (fd < 0) return false;
+    bool ok = true;
+    for (std::size_t done = 0; ok && done < bytes.size();) {
+#ifdef _WIN32
+        const auto n = _write(fd, bytes.data() + done, static_cast<unsigned>(bytes.size() - done));
+#else
+        const auto n = write(fd, bytes.data() + done, bytes.size() - done);
+#endif
+        ok = n > 0;
+        if (ok) done += static_cast<std::size_t>(n);
+    }
+#ifdef _WIN32
+    return _close(fd) == 0 && ok;
+#else
+    return close(fd) == 0 && ok;
+#endif
 }
 
 }  // namespace
 
-bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::int16_t iPal, const ByteString& sBits) {
+bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::int16_t iPal,
+              std::span<const std::uint8_t> sBits) {
     const auto& pals = modDeclares::STYPalData;
     if (iPal < 0 || static_cast<std::size_t>(iPal) >= pals.size()) return false;
-    const ByteString head = Head(lW, lH, sBits.size());
-    File f = OpenForOverwrite(sFile);
-    if (!f) return false;
-    const auto& palette = pals[static_cast<std::size_t>(iPal)];
-    bool ok = std::fwrite(head.data(), 1, head.size(), f.get()) == head.size();
-    ok = ok && std::fwrite(palette.data(), 1, palette.size(), f.get()) == palette.size();
-    // An empty block has no data pointer, and fwrite may not be given null.
-    ok = ok && (sBits.empty() || std::fwrite(sBits.data(), 1, sBits.size(), f.get()) == sBits.size());
-    return std::fclose(f.release()) == 0 && ok;
+    // Kept between calls: the sheet writes a thousand of these in a row.
+    thread_local ByteString file;
+    file.clear();
+    file.reserve(static_cast<std::size_t>(kHeadBytes) + sBits.size());
+    ByteWriter w(file);
+    Head(w, lW, lH, sBits.size());
+    w.Bytes(pals[static_cast<std::size_t>(iPal)]);
+    w.Bytes(sBits);
+    return WriteFromStart(sFile, file);
 }
 
 ByteString ReverseString(const ByteString& s) { return ByteString(s.rbegin(), s.rend()); }

@@ -3,6 +3,7 @@
 // straight from a palette of the store.
 
 #include <cstdint>
+#include <span>
 #include <string>
 
 #include "style/bytes.h"
@@ -13,7 +14,8 @@ inline constexpr std::int32_t kHeadBytes = 1078;
 
 // Writes from byte 0 without cutting a longer file short. False when the file
 // cannot be written or iPal names no palette; nothing is told here.
-bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::int16_t iPal, const ByteString& sBits);
+bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::int16_t iPal,
+              std::span<const std::uint8_t> sBits);
 
 ByteString ReverseString(const ByteString& s);
 

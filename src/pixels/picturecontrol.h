@@ -2,6 +2,7 @@
 // What the renders need of a picture control. The window implements it with
 // a QImage; the tests with a small BMP reader of their own.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -17,6 +18,10 @@ public:
     // SetPixelV: one pixel; colour is red + green * 256 + blue * 65536.
     // Pixels outside the picture are not seen.
     virtual void SetPixelV(int x, int y, std::int32_t colour) = 0;
+    // n pixels of one row from (x, y) rightwards, as n calls of SetPixelV.
+    virtual void SetPixelRunV(int x, int y, const std::int32_t* colours, std::size_t n) {
+        for (std::size_t i = 0; i < n; ++i) SetPixelV(x + static_cast<int>(i), y, colours[i]);
+    }
     virtual int Width() const = 0;
     virtual int Height() const = 0;
 };

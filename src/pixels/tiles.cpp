@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "pixels/checks.h"
 #include "pixels/modbmp.h"
 #include "pixels/picturecontrol.h"
@@ -33,12 +35,9 @@ bool clsSTY::SaveTile(const std::string& sFile, std::int32_t idx) const {
     if (!pal) return false;
     // Bottom row first, as a BMP stores it; 64 needs no row padding.
     const Tile& tile = STYTileStore[static_cast<std::size_t>(idx)];
-    ByteString block;
-    block.reserve(kTileBytes);
-    for (int r = kTileSide - 1; r >= 0; --r) {
-        const auto row = tile.begin() + r * kTileSide;
-        block.insert(block.end(), row, row + kTileSide);
-    }
+    Tile block;
+    for (std::size_t r = 0; r < kTileSide; ++r)
+        std::copy_n(tile.begin() + (kTileSide - 1 - r) * kTileSide, kTileSide, block.begin() + r * kTileSide);
     if (!modBMP::WriteBMP(sFile, kTileSide, kTileSide, *pal, block)) return TellNotWritten(sFile);
     return true;
 }

@@ -36,6 +36,9 @@ void frmSTY2::RenderSheet() {
     ProgressStart(0, n - 1, "Please Wait...");
     picMain->resize(std::max(1, picCont->width() - vScroll->width()), picMain->height());
     const int cols = Cols();
+    // The sheet takes its final height before the wipe, so its picture is made
+    // once at that size rather than made at the old one and grown afterwards.
+    picMain->resize(picMain->width(), (cols > 0 ? n / cols + 1 : 1) * kCell);
     picMain->Cls();
     boxCell_.reset();  // the wipe takes the box with it
     picMain->hide();

@@ -15,6 +15,7 @@ public:
     void Cls() override;
     bool LoadPicture(const std::string& sPath) override;
     void SetPixelV(int x, int y, std::int32_t colour) override;
+    void SetPixelRunV(int x, int y, const std::int32_t* colours, std::size_t n) override;
     // The control's size; its picture follows it even while hidden.
     int Width() const override { return width(); }
     int Height() const override { return height(); }
