@@ -62,9 +62,10 @@ void ProgressStep(double iValue, const std::string& sCaption) {
     frmProgress* f = Instance();
     const int v = Whole(iValue);
     if (v < f->pbar->maximum() && v != f->pbar->value()) f->pbar->setValue(v);
-    const QString caption = QString::fromStdString(sCaption);
-    if (caption != f->l->text()) {
-        f->l->setText(caption);
+    // Compared as it comes: the sheet steps a thousand times with the same caption.
+    const QString shown = f->l->text();
+    if (QAnyStringView::compare(shown, QUtf8StringView(sCaption)) != 0) {
+        f->l->setText(QString::fromStdString(sCaption));
         f->l->adjustSize();
     }
     QCoreApplication::processEvents();

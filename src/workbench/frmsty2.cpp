@@ -152,10 +152,14 @@ void frmSTY2::FillLists() {
     lstPalettes->clear();
     lstRecy->clear();
     static const char* const kGroups[6] = {"Car: ", "Ped: ", "Code Object: ", "Map Object: ", "User: ", "Font: "};
+    // Each list is filled in one insertion rather than a model change a row.
+    QStringList sprites, palettes;
     for (std::size_t g = 0; g < 6; ++g)
         for (int i = 1; i <= modDeclares::STYSpriteBase[g]; ++i)
-            lstSprites->addItem(QString::fromLatin1(kGroups[g]) + QString::number(i));
-    for (int i = 1; i <= Sty().GetNumOfPals(); ++i) lstPalettes->addItem(QStringLiteral("Palette: %1").arg(i));
+            sprites.append(QString::fromLatin1(kGroups[g]) + QString::number(i));
+    for (int i = 1; i <= Sty().GetNumOfPals(); ++i) palettes.append(QStringLiteral("Palette: %1").arg(i));
+    lstSprites->addItems(sprites);
+    lstPalettes->addItems(palettes);
     // Every entry but the closing one; with no recycling data the list stays empty.
     const auto& recy = modDeclares::STYRecycle;
     for (std::size_t i = 0; i + 1 < recy.size(); ++i)

@@ -12,8 +12,8 @@ PictureBox::PictureBox(QWidget* parent) : QWidget(parent), image_(1, 1, QImage::
 }
 
 void PictureBox::Cls() {
-    EnsureImage();
-    image_.fill(backColor_);
+    // A picture made for a new size starts as background: one pass over the sheet's 16 MB, not two.
+    if (!EnsureImage(false)) image_.fill(backColor_);
     update();
 }
 
@@ -156,17 +156,18 @@ void PictureBox::paintEvent(QPaintEvent* event) {
 
 void PictureBox::resizeEvent(QResizeEvent*) { EnsureImage(); }
 
-void PictureBox::EnsureImage() const {
+bool PictureBox::EnsureImage(bool keep) const {
     // The stored picture follows the control's size and keeps what it holds.
     // Hidden widgets get no resize event, so every use checks.
     const QSize s(std::max(1, width()), std::max(1, height()));
-    if (s == image_.size()) return;
+    if (s == image_.size()) return false;
     QImage grown(s, QImage::Format_RGB32);
     grown.fill(backColor_);
     const int rows = std::min(s.height(), image_.height());
     const auto bytes = static_cast<std::size_t>(std::min(s.width(), image_.width())) * sizeof(QRgb);
-    for (int y = 0; y < rows; ++y) std::memcpy(grown.scanLine(y), image_.constScanLine(y), bytes);
+    for (int y = 0; keep && y < rows; ++y) std::memcpy(grown.scanLine(y), image_.constScanLine(y), bytes);
     image_ = std::move(grown);
+    return true;
 }
 
 void PictureBox::mouseReleaseEvent(QMouseEvent* event) {

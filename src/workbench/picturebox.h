@@ -44,7 +44,9 @@ protected:
 
 private:
     void InvertPixel(int x, int y);
-    void EnsureImage() const;
+    // True when it has made a new picture for a new size; keep = false makes
+    // it all background instead of keeping what the old one held.
+    bool EnsureImage(bool keep = true) const;
 
     mutable QImage image_;
     QRgb backColor_ = qRgb(0xF0, 0xF0, 0xF0);

@@ -203,23 +203,31 @@ private slots:
         QCOMPARE(dst.image(), want);
     }
 
-    void growKeepsThePicture_data() {
+    // A new size keeps what was drawn, unless the next call is a wipe.
+    void resizeKeepsThePicture_data() {
         QTest::addColumn<QSize>("to");
-        QTest::newRow("larger") << QSize(50, 40);
-        QTest::newRow("narrower and taller") << QSize(10, 60);
-        QTest::newRow("smaller") << QSize(7, 5);
+        QTest::addColumn<bool>("wipe");
+        for (bool wipe : {false, true}) {
+            const QString then = wipe ? QStringLiteral(", then Cls") : QString();
+            QTest::newRow(qPrintable("larger" + then)) << QSize(50, 40) << wipe;
+            QTest::newRow(qPrintable("narrower and taller" + then)) << QSize(10, 60) << wipe;
+            QTest::newRow(qPrintable("smaller" + then)) << QSize(7, 5) << wipe;
+            QTest::newRow(qPrintable("same size" + then)) << QSize(30, 20) << wipe;
+        }
     }
-    void growKeepsThePicture() {
+    void resizeKeepsThePicture() {
         QFETCH(QSize, to);
+        QFETCH(bool, wipe);
         PictureBox box;
         box.resize(30, 20);
         const QImage drawn = Pattern(30, 20, 4);
         Paint(box, drawn);
         box.resize(to);
+        if (wipe) box.Cls();
         QImage want(to, QImage::Format_RGB32);
         want.fill(box.BackColor());
         QPainter p(&want);
-        p.drawImage(0, 0, drawn);
+        if (!wipe) p.drawImage(0, 0, drawn);
         p.end();
         QCOMPARE(box.image(), want);
     }
