@@ -53,8 +53,9 @@ bool DrawEngineBmp(const std::string& path, QImage& target, QRgb back) {
         const unsigned char* e = b + kHead + c * 4;
         colour[c] = qRgb(e[2], e[1], e[0]);
     }
-    target.fill(back);
     const int rows = std::min(h, target.height()), cols = std::min(w, target.width());
+    // A tile covers its 64 x 64 box whole: no background to lay first.
+    if (rows < target.height() || cols < target.width()) target.fill(back);
     for (int y = 0; y < rows; ++y) {
         const unsigned char* src = b + kPixels + stride * static_cast<std::size_t>(h - 1 - y);
         auto* line = reinterpret_cast<QRgb*>(target.scanLine(y));

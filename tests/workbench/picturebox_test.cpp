@@ -96,6 +96,8 @@ private slots:
         for (int w : {1, 2, 3, 4, 5, 7, 64, 255})
             QTest::newRow(qPrintable(QStringLiteral("engine width %1").arg(w))) << 64 << 64 << "engine" << w << 9;
         QTest::newRow("engine taller than the box") << 40 << 30 << "engine" << 64 << 64;
+        QTest::newRow("engine exactly the box") << 64 << 64 << "engine" << 64 << 64;
+        QTest::newRow("engine as wide, shorter") << 64 << 64 << "engine" << 64 << 63;
         QTest::newRow("engine 255 x 255") << 300 << 300 << "engine" << 255 << 255;
         // Still decoded here: no colour count (all 256), junk behind the pixels.
         QTest::newRow("colour count 0") << 64 << 64 << "used0" << 13 << 11;
