@@ -1,6 +1,7 @@
 #pragma once
 // Appends little-endian numbers and byte runs to a growing buffer.
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -21,6 +22,12 @@ public:
     void I32(std::int32_t v) { U32(static_cast<std::uint32_t>(v)); }
     void Bytes(std::span<const std::uint8_t> bytes) { out_.insert(out_.end(), bytes.begin(), bytes.end()); }
     void Zeros(std::size_t n) { out_.insert(out_.end(), n, 0); }
+    // n more bytes, zeroed, for the caller to fill in place.
+    std::span<std::uint8_t> Grow(std::size_t n) {
+        const std::size_t at = out_.size();
+        out_.resize(at + n);
+        return std::span(out_).subspan(at, n);
+    }
 
 private:
     std::vector<std::uint8_t>& out_;

@@ -1,3 +1,4 @@
+#include <cstring>
 #include <filesystem>
 #include <string>
 #include <system_error>
@@ -40,14 +41,11 @@ void WritePalettes(const clsSTY& doc, ByteWriter& w) {
     const auto pages =
         static_cast<std::size_t>(styleload::RoundedQuotient(std::max<std::int16_t>(doc.iPalCount, 0), 64));
     for (std::size_t page = 0; page < pages; ++page) {
-        for (std::size_t c = 0; c < 256; ++c) {
-            for (std::size_t p = 0; p < 64; ++p) {
-                if (const Palette* pal = At(STYPalData, page * 64 + p)) {
-                    w.Bytes(std::span(pal->data() + c * 4, 4));
-                } else {
-                    w.Zeros(4);
-                }
-            }
+        const auto out = w.Grow(static_cast<std::size_t>(kPalettePageBytes));
+        for (std::size_t p = 0; p < 64; ++p) {
+            const Palette* pal = At(STYPalData, page * 64 + p);
+            if (!pal) continue;  // a missing palette is written as zeros
+            for (std::size_t c = 0; c < 256; ++c) std::memcpy(&out[(c * 64 + p) * 4], pal->data() + c * 4, 4);
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "style/sectionreaders.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -82,11 +83,10 @@ SectionResult ReadPalettes(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     pals.assign(static_cast<std::size_t>(count), modDeclares::Palette{});
     // Pages are colour-major: the 64 palettes' colour 0, then their colour 1, ...
     for (std::size_t page = 0; page < static_cast<std::size_t>(count) / 64; ++page) {
-        for (std::size_t c = 0; c < 256; ++c) {
-            for (std::size_t p = 0; p < 64; ++p) {
-                const auto colour = in.Take(4);
-                std::copy(colour.begin(), colour.end(), pals[page * 64 + p].begin() + static_cast<long>(c * 4));
-            }
+        const auto bytes = in.Take(static_cast<std::size_t>(kPalettePageBytes));
+        for (std::size_t p = 0; p < 64; ++p) {
+            auto* pal = pals[page * 64 + p].data();
+            for (std::size_t c = 0; c < 256; ++c) std::memcpy(pal + c * 4, &bytes[(c * 64 + p) * 4], 4);
         }
     }
     return Ok();
