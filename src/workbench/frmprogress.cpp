@@ -4,21 +4,19 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
-#include <QProgressBar>
 #include <QScreen>
 #include <cmath>
 
 #include "style/hooks.h"
+#include "workbench/pacedprogressbar.h"
 #include "workbench/twips.h"
 
 frmProgress::frmProgress(QWidget* parent) : QDialog(parent, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
     setWindowTitle(QStringLiteral("Please Wait..."));
     setFixedSize(twips::ToPx(6360), twips::ToPx(840));
     setModal(false);
-    pbar = new QProgressBar(this);
+    pbar = new PacedProgressBar(this);
     twips::Place(pbar, 240, 360, 5925, 285);
-    pbar->setRange(0, 100);
-    pbar->setTextVisible(false);
     l = new QLabel(QStringLiteral("Loading..."), this);
     l->move(twips::ToPx(270), twips::ToPx(120));
     l->adjustSize();

@@ -4,14 +4,14 @@
 #include <QDialog>
 
 class QLabel;
-class QProgressBar;
+class PacedProgressBar;
 
 class frmProgress : public QDialog {
     Q_OBJECT
 public:
     explicit frmProgress(QWidget* parent = nullptr);
 
-    QProgressBar* pbar = nullptr;
+    PacedProgressBar* pbar = nullptr;
     QLabel* l = nullptr;
 };
 

@@ -1,7 +1,7 @@
 // The main window and the progress window, driven offscreen.
 #include <QLabel>
 #include <QListWidget>
-#include <QProgressBar>
+#include "workbench/pacedprogressbar.h"
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
