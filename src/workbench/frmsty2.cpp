@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
+#include <QTimer>
 #include <cstdio>
 
 #include "settings/cregistry.h"
@@ -23,7 +24,6 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     : QWidget(parent), commandLinePath_(std::move(stylePath)) {
     // Form_Initialize: Qt's widgets need no common-controls set-up.
     setWindowTitle(QStringLiteral("Ombrevale v0.1"));
-    setWindowIcon(QIcon::fromTheme(QStringLiteral("applications-graphics")));
     resize(twips::ToPx(8910), twips::ToPx(7710));
     BuildControls();
     WirePanes();
@@ -176,6 +176,8 @@ void frmSTY2::cmdGen_Click() {
 }
 
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
+    if (!decorated_ && event->type() == QEvent::Paint && watched == picMain)
+        QTimer::singleShot(0, this, [this] { DecorateAfterFirstPaint(); });
     // The window sees every key before its controls do; the key then goes on.
     if (event->type() == QEvent::KeyPress) {
         auto* w = qobject_cast<QWidget*>(watched);

@@ -106,6 +106,10 @@ private:
     void BuildSpritePanes();
     void BuildPalettePane();
     void BuildToolbar();
+    // Icons come from the desktop's theme; searching it is slow, and none of
+    // them is needed for the sheet to show, so they follow its first paint.
+    void DecorateAfterFirstPaint();
+    bool decorated_ = false;
     void ToolbarOpen();
     void ToolbarSave(bool bAskName);
     void ToolbarExport();

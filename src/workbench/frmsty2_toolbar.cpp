@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QImage>
 #include <QListWidget>
+#include <QPixmap>
 #include <QPushButton>
 #include <QStyle>
 #include <QTabBar>
@@ -76,8 +77,12 @@ void frmSTY2::BuildToolbar() {
     tlbMain->setToolButtonStyle(Qt::ToolButtonIconOnly);
     // Tight buttons: the bar shares the strip's row with the page tabs and "&Refresh".
     tlbMain->setStyleSheet(QStringLiteral("QToolBar { spacing: 0px; padding: 0px; } QToolButton { padding: 1px; }"));
+    // Blank pictures hold each button's room until the real ones come.
+    QPixmap blank(tlbMain->iconSize());
+    blank.fill(Qt::transparent);
+    const QIcon placeholder(blank);
     for (const Button& b : kButtons) {
-        QAction* a = tlbMain->addAction(style()->standardIcon(b.icon), QString::fromLatin1(b.caption));
+        QAction* a = tlbMain->addAction(placeholder, QString::fromLatin1(b.caption));
         a->setObjectName(QString::fromLatin1(b.key));
         a->setToolTip(QString::fromLatin1(b.caption));
         const QString key = QString::fromLatin1(b.key);
@@ -101,6 +106,14 @@ void frmSTY2::BuildToolbar() {
     new PanesEventTap(cmdGen, QEvent::Move, [place](QEvent*) { place(); });
     new PanesEventTap(MainTab->tabBar(), QEvent::Resize, [place](QEvent*) { place(); });
     tlbMain->show();
+}
+
+void frmSTY2::DecorateAfterFirstPaint() {
+    if (decorated_) return;
+    decorated_ = true;
+    setWindowIcon(QIcon::fromTheme(QStringLiteral("applications-graphics")));
+    for (const Button& b : kButtons)
+        if (auto* a = tlbMain->findChild<QAction*>(QString::fromLatin1(b.key))) a->setIcon(style()->standardIcon(b.icon));
 }
 
 void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
