@@ -26,8 +26,8 @@ public:
         : sinceMain_(sinceMain), window_(window) {}
 
 protected:
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() != QEvent::Paint || seen_) return false;
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::Paint || watched != window_.picMain || seen_) return false;
         seen_ = true;
         // The timer runs once the paint has been flushed to the window.
         QTimer::singleShot(0, this, [this] {
@@ -66,7 +66,9 @@ int main(int argc, char* argv[]) {
     std::optional<FirstSheetPaint> timing;
     if (const char* t = std::getenv("OMBREVALE_STARTUP_TIMING"); t && *t == '1') {
         timing.emplace(sinceStart, window);
-        window.picMain->installEventFilter(&*timing);
+        // On the application, installed last, so it sees the paint before the
+        // window's own filter sets off what follows the first paint.
+        app.installEventFilter(&*timing);
     }
     window.show();
     return app.exec();
