@@ -5,19 +5,33 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <vector>
-
-PictureBox::PictureBox(QWidget* parent) : QWidget(parent), image_(1, 1, QImage::Format_RGB32) {
-    image_.fill(backColor_);
-}
-
-void PictureBox::Cls() {
-    // A picture made for a new size starts as background: one pass over the sheet's 16 MB, not two.
-    if (!EnsureImage(false)) image_.fill(backColor_);
-    update();
-}
+#include <mutex>
+#include <unordered_map>
 
 namespace {
+
+constexpr int kSide = PictureBox::kSide;
+constexpr std::size_t kCells = static_cast<std::size_t>(kSide) * kSide;
+using ColourTable = PictureBox::ColourTable;
+
+int BlocksFor(int px) { return (px + kSide - 1) / kSide; }
+
+std::size_t Cell(int x, int y) { return static_cast<std::size_t>((y % kSide) * kSide + x % kSide); }
+
+// One table per distinct palette, whichever box holds it: the sheet's tiles
+// share a few hundred palettes between them.
+std::shared_ptr<const ColourTable> Shared(const ColourTable& table) {
+    static std::unordered_multimap<std::uint64_t, std::weak_ptr<const ColourTable>> known;
+    std::uint64_t h = 1469598103934665603ull;
+    for (QRgb c : table) h = (h ^ c) * 1099511628211ull;
+    auto [first, last] = known.equal_range(h);
+    for (auto it = first; it != last; ++it)
+        if (auto t = it->second.lock(); t && *t == table) return t;
+    if (known.size() > 4096) std::erase_if(known, [](const auto& e) { return e.second.expired(); });
+    auto made = std::make_shared<const ColourTable>(table);
+    known.emplace(h, made);
+    return made;
+}
 
 std::uint32_t Le32(const unsigned char* p) {
     return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
@@ -25,13 +39,23 @@ std::uint32_t Le32(const unsigned char* p) {
 }
 std::uint16_t Le16(const unsigned char* p) { return static_cast<std::uint16_t>(p[0] | p[1] << 8); }
 
-// The pictures the pixel engine writes: 8 bits, uncompressed, bottom-up, all
-// 256 colours, pixels right behind the table and all there. Qt's reader would
-// give the same picture; it costs a plugin search, a file object and a format
-// conversion for every tile of the sheet. Anything else is left to it.
-bool DrawEngineBmp(const std::string& path, QImage& target, QRgb back) {
+// A picture as the pixel engine writes it: 8 bits, uncompressed, bottom-up,
+// all 256 colours, pixels right behind the table and all there.
+struct EngineBmp {
+    int width = 0;
+    int height = 0;
+    std::size_t stride = 0;
+    ColourTable colours{};
+    const unsigned char* bottomRow = nullptr;  // the last row of the picture comes first
+
+    const unsigned char* RowAt(int y) const { return bottomRow + stride * static_cast<std::size_t>(height - 1 - y); }
+};
+
+// Qt's reader would give the same picture; it costs a plugin search, a file
+// object and a format conversion for every tile of the sheet. Anything else
+// is left to it.
+bool ReadEngineBmp(const std::string& path, std::vector<unsigned char>& file, EngineBmp& bmp) {
     constexpr std::size_t kHead = 54, kTable = 1024, kPixels = kHead + kTable;
-    thread_local std::vector<unsigned char> file;
     std::FILE* f = std::fopen(path.c_str(), "rb");
     if (!f) return false;
     // Bigger than any picture of the engine: leave it to Qt.
@@ -46,92 +70,209 @@ bool DrawEngineBmp(const std::string& path, QImage& target, QRgb back) {
     const std::uint32_t used = Le32(b + 46);
     if (w <= 0 || h <= 0 || Le16(b + 26) != 1 || Le16(b + 28) != 8 || Le32(b + 30) != 0 || (used != 0 && used != 256))
         return false;
-    const std::size_t stride = (static_cast<std::size_t>(w) + 3) & ~std::size_t{3};
-    if (stride * static_cast<std::size_t>(h) > got - kPixels) return false;
-    QRgb colour[256];
+    bmp.width = w;
+    bmp.height = h;
+    bmp.stride = (static_cast<std::size_t>(w) + 3) & ~std::size_t{3};
+    if (bmp.stride * static_cast<std::size_t>(h) > got - kPixels) return false;
     for (std::size_t c = 0; c < 256; ++c) {
         const unsigned char* e = b + kHead + c * 4;
-        colour[c] = qRgb(e[2], e[1], e[0]);
+        bmp.colours[c] = qRgb(e[2], e[1], e[0]);
     }
-    const int rows = std::min(h, target.height()), cols = std::min(w, target.width());
-    // A tile covers its 64 x 64 box whole: no background to lay first.
-    if (rows < target.height() || cols < target.width()) target.fill(back);
-    for (int y = 0; y < rows; ++y) {
-        const unsigned char* src = b + kPixels + stride * static_cast<std::size_t>(h - 1 - y);
-        auto* line = reinterpret_cast<QRgb*>(target.scanLine(y));
-        for (int x = 0; x < cols; ++x) line[x] = colour[src[x]];
-    }
+    bmp.bottomRow = b + kPixels;
     return true;
+}
+
+QRgb FromVb(std::int32_t colour) {
+    const auto c = static_cast<std::uint32_t>(colour);
+    return qRgb(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF));
 }
 
 }  // namespace
 
+PictureBox::PictureBox(QWidget* parent) : QWidget(parent) {}
+
+PictureBox::Block& PictureBox::BlockAt(int x, int y) const {
+    return blocks_[static_cast<std::size_t>((y / kSide) * blockCols_ + x / kSide)];
+}
+
+void PictureBox::Expand(Block& b) const {
+    if (!b.colours.empty()) return;
+    b.colours.assign(kCells, backColor_);
+    if (b.table) {
+        for (std::size_t i = 0; i < kCells; ++i) b.colours[i] = (*b.table)[b.numbers[i]];
+        b.table.reset();
+        b.numbers = {};
+    }
+}
+
+QRgb* PictureBox::Row(int x, int y) const {
+    Block& b = BlockAt(x, y);
+    Expand(b);
+    flatValid_ = false;
+    return b.colours.data() + Cell(x, y);
+}
+
+QRgb PictureBox::Pixel(int x, int y) const {
+    const Block& b = BlockAt(x, y);
+    if (!b.colours.empty()) return b.colours[Cell(x, y)];
+    if (b.table) return (*b.table)[b.numbers[Cell(x, y)]];
+    return backColor_;
+}
+
+void PictureBox::ClearBlocks() const {
+    for (Block& b : blocks_) b = Block{};
+    flatValid_ = false;
+}
+
+void PictureBox::BlankOutside() const {
+    const int w = size_.width(), h = size_.height();
+    for (int by = 0; by < blockRows_; ++by) {
+        for (int bx = 0; bx < blockCols_; ++bx) {
+            const int x0 = bx * kSide, y0 = by * kSide;
+            if (x0 + kSide <= w && y0 + kSide <= h) continue;
+            Block& b = BlockAt(x0, y0);
+            if (b.colours.empty() && !b.table) continue;
+            Expand(b);
+            for (int y = 0; y < kSide; ++y)
+                for (int x = 0; x < kSide; ++x)
+                    if (x0 + x >= w || y0 + y >= h) b.colours[static_cast<std::size_t>(y * kSide + x)] = backColor_;
+        }
+    }
+}
+
+bool PictureBox::EnsureImage(bool keep) const {
+    // The stored picture follows the control's size and keeps what it holds.
+    // Hidden widgets get no resize event, so every use checks.
+    const QSize s(std::max(1, width()), std::max(1, height()));
+    if (s == size_) return false;
+    const int cols = BlocksFor(s.width()), rows = BlocksFor(s.height());
+    std::vector<Block> grown(static_cast<std::size_t>(cols) * static_cast<std::size_t>(rows));
+    for (int by = 0; keep && by < std::min(rows, blockRows_); ++by)
+        for (int bx = 0; bx < std::min(cols, blockCols_); ++bx)
+            grown[static_cast<std::size_t>(by * cols + bx)] =
+                std::move(blocks_[static_cast<std::size_t>(by * blockCols_ + bx)]);
+    blocks_ = std::move(grown);
+    blockCols_ = cols;
+    blockRows_ = rows;
+    size_ = s;
+    // Blocks kept from a larger picture hold pixels past the new edge.
+    if (keep) BlankOutside();
+    flatValid_ = false;
+    return true;
+}
+
+void PictureBox::Cls() {
+    if (!EnsureImage(false)) ClearBlocks();
+    update();
+}
+
+void PictureBox::Put(int x, int y, const QImage& from, const QRect& part) {
+    const QRect dest = QRect(QPoint(x, y), part.size()).intersected(QRect(QPoint(0, 0), size_));
+    for (int r = dest.top(); r <= dest.bottom(); ++r) {
+        const auto* line = reinterpret_cast<const QRgb*>(from.constScanLine(part.y() + r - y));
+        for (int c = dest.left(); c <= dest.right();) {
+            const int n = std::min(dest.right() + 1, (c / kSide + 1) * kSide) - c;
+            std::memcpy(Row(c, r), line + (part.x() + c - x), static_cast<std::size_t>(n) * sizeof(QRgb));
+            c += n;
+        }
+    }
+}
+
 bool PictureBox::LoadPicture(const std::string& sPath) {
     EnsureImage();
-    if (!DrawEngineBmp(sPath, image_, backColor_)) {
+    thread_local std::vector<unsigned char> file;
+    EngineBmp bmp;
+    if (ReadEngineBmp(sPath, file, bmp)) {
+        ClearBlocks();
+        const int rows = std::min(bmp.height, size_.height()), cols = std::min(bmp.width, size_.width());
+        const auto table = Shared(bmp.colours);
+        for (int by = 0; by < BlocksFor(rows); ++by) {
+            for (int bx = 0; bx < BlocksFor(cols); ++bx) {
+                const int x0 = bx * kSide, y0 = by * kSide;
+                const int w = std::min(kSide, cols - x0), h = std::min(kSide, rows - y0);
+                Block& b = BlockAt(x0, y0);
+                if (w == kSide && h == kSide) {
+                    // Filled whole: colour numbers and the table, no colours.
+                    b.table = table;
+                    b.numbers.resize(kCells);
+                    for (int y = 0; y < kSide; ++y)
+                        std::memcpy(&b.numbers[static_cast<std::size_t>(y * kSide)], bmp.RowAt(y0 + y) + x0, kSide);
+                    continue;
+                }
+                for (int y = 0; y < h; ++y) {
+                    QRgb* line = Row(x0, y0 + y);
+                    const unsigned char* src = bmp.RowAt(y0 + y) + x0;
+                    for (int x = 0; x < w; ++x) line[x] = bmp.colours[src[x]];
+                }
+            }
+        }
+    } else {
         QImage pic(QString::fromStdString(sPath));
         if (pic.isNull()) return false;
         pic = pic.convertToFormat(QImage::Format_RGB32);
-        QPainter p(&image_);
-        p.fillRect(image_.rect(), backColor_);
-        p.drawImage(0, 0, pic);
-        p.end();
+        ClearBlocks();
+        Put(0, 0, pic, pic.rect());
     }
+    flatValid_ = false;
     update();
     return true;
 }
 
 void PictureBox::SetPixelV(int x, int y, std::int32_t colour) {
     EnsureImage();
-    if (!image_.rect().contains(x, y)) return;
-    const auto c = static_cast<std::uint32_t>(colour);
-    image_.setPixel(
-        x, y, qRgb(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF)));
+    if (!QRect(QPoint(0, 0), size_).contains(x, y)) return;
+    *Row(x, y) = FromVb(colour);
     update(x, y, 1, 1);
 }
 
 void PictureBox::SetPixelRunV(int x, int y, const std::int32_t* colours, std::size_t n) {
     EnsureImage();
     // Only the part inside the picture is drawn, and one update covers it.
-    if (y < 0 || y >= image_.height() || n == 0) return;
+    if (y < 0 || y >= size_.height() || n == 0) return;
     const long first = std::max(0L, static_cast<long>(x));
-    const long end = std::min(static_cast<long>(image_.width()), static_cast<long>(x) + static_cast<long>(n));
+    const long end = std::min(static_cast<long>(size_.width()), static_cast<long>(x) + static_cast<long>(n));
     if (first >= end) return;
-    auto* line = reinterpret_cast<QRgb*>(image_.scanLine(y));
-    for (long px = first; px < end; ++px) {
-        const auto c = static_cast<std::uint32_t>(colours[px - x]);
-        line[px] = qRgb(static_cast<int>(c & 0xFF), static_cast<int>((c >> 8) & 0xFF), static_cast<int>((c >> 16) & 0xFF));
+    for (long px = first; px < end;) {
+        QRgb* line = Row(static_cast<int>(px), y);
+        const long stop = std::min(end, (px / kSide + 1) * kSide);
+        for (long i = px; i < stop; ++i) line[i - px] = FromVb(colours[i - x]);
+        px = stop;
     }
     update(static_cast<int>(first), y, static_cast<int>(end - first), 1);
 }
 
 void PictureBox::BitBlt(int dx, int dy, int w, int h, const PictureBox& src, int sx, int sy) {
     EnsureImage();
-    const QImage& from = src.image();
-    if (w > 0 && h > 0 && from.format() == image_.format()) {
-        // Clip the block to both pictures, then copy rows.
-        QRect source = QRect(sx, sy, w, h).intersected(from.rect());
-        QRect dest = source.translated(dx - sx, dy - sy).intersected(image_.rect());
+    src.EnsureImage();
+    if (w > 0 && h > 0) {
+        // Clip the block to both pictures.
+        QRect source = QRect(sx, sy, w, h).intersected(QRect(QPoint(0, 0), src.size_));
+        const QRect dest = source.translated(dx - sx, dy - sy).intersected(QRect(QPoint(0, 0), size_));
         source = dest.translated(sx - dx, sy - dy);
-        if (!dest.isEmpty()) {
-            const auto bytes = static_cast<std::size_t>(dest.width()) * sizeof(QRgb);
-            for (int r = 0; r < dest.height(); ++r)
-                std::memcpy(reinterpret_cast<QRgb*>(image_.scanLine(dest.y() + r)) + dest.x(),
-                            reinterpret_cast<const QRgb*>(from.constScanLine(source.y() + r)) + source.x(), bytes);
+        const bool wholeBlock = dest.width() == kSide && dest.height() == kSide && dest.x() % kSide == 0 &&
+                                dest.y() % kSide == 0 && source.x() % kSide == 0 && source.y() % kSide == 0;
+        if (wholeBlock) {
+            // A tile onto the sheet: the block goes over as it is.
+            const Block from = src.BlockAt(source.x(), source.y());
+            BlockAt(dest.x(), dest.y()) = from;
+            flatValid_ = false;
+        } else if (!dest.isEmpty()) {
+            // Through a copy, so a box may copy onto itself.
+            QImage part(source.size(), QImage::Format_RGB32);
+            for (int r = 0; r < source.height(); ++r) {
+                auto* line = reinterpret_cast<QRgb*>(part.scanLine(r));
+                for (int c = 0; c < source.width(); ++c) line[c] = src.Pixel(source.x() + c, source.y() + r);
+            }
+            Put(dest.x(), dest.y(), part, part.rect());
         }
-        if (isVisible()) update(dx, dy, w, h);
-        return;
     }
-    QPainter p(&image_);
-    p.setCompositionMode(QPainter::CompositionMode_Source);
-    p.drawImage(QPoint(dx, dy), src.image(), QRect(sx, sy, w, h));
-    p.end();
     if (isVisible()) update(dx, dy, w, h);
 }
 
 void PictureBox::InvertPixel(int x, int y) {
-    if (!image_.rect().contains(x, y)) return;
-    image_.setPixel(x, y, image_.pixel(x, y) ^ 0x00FFFFFFu);
+    if (!QRect(QPoint(0, 0), size_).contains(x, y)) return;
+    QRgb* p = Row(x, y);
+    *p = (*p ^ 0x00FFFFFFu) | 0xFF000000u;
 }
 
 void PictureBox::InvertBox(int x1, int y1, int x2, int y2) {
@@ -149,27 +290,50 @@ void PictureBox::InvertBox(int x1, int y1, int x2, int y2) {
     update(QRect(QPoint(x1, y1), QPoint(x2, y2)));
 }
 
+const QImage& PictureBox::image() const {
+    EnsureImage();
+    if (flatValid_ && flat_.size() == size_) return flat_;
+    flat_ = QImage(size_, QImage::Format_RGB32);
+    for (int y = 0; y < size_.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(flat_.scanLine(y));
+        for (int x = 0; x < size_.width(); ++x) line[x] = Pixel(x, y);
+    }
+    flatValid_ = true;
+    return flat_;
+}
+
+std::size_t PictureBox::StoredBytes() const {
+    std::size_t bytes = 0;
+    for (const Block& b : blocks_) bytes += b.colours.size() * sizeof(QRgb) + b.numbers.size();
+    return bytes;
+}
+
 void PictureBox::paintEvent(QPaintEvent* event) {
     EnsureImage();
     QPainter p(this);
-    p.drawImage(event->rect().topLeft(), image_, event->rect());
+    const QRect want = event->rect().intersected(QRect(QPoint(0, 0), size_));
+    if (want.isEmpty()) return;
+    for (int by = want.top() / kSide; by <= want.bottom() / kSide; ++by) {
+        for (int bx = want.left() / kSide; bx <= want.right() / kSide; ++bx) {
+            const QPoint at(bx * kSide, by * kSide);
+            const Block& b = BlockAt(at.x(), at.y());
+            const QRect part = QRect(at, QSize(kSide, kSide)).intersected(want);
+            if (!b.colours.empty()) {
+                const QImage view(reinterpret_cast<const uchar*>(b.colours.data()), kSide, kSide, kSide * 4,
+                                  QImage::Format_RGB32);
+                p.drawImage(part.topLeft(), view, part.translated(-at));
+            } else if (b.table) {
+                QImage view(b.numbers.data(), kSide, kSide, kSide, QImage::Format_Indexed8);
+                view.setColorTable(QList<QRgb>(b.table->begin(), b.table->end()));
+                p.drawImage(part.topLeft(), view, part.translated(-at));
+            } else {
+                p.fillRect(part, backColor_);
+            }
+        }
+    }
 }
 
 void PictureBox::resizeEvent(QResizeEvent*) { EnsureImage(); }
-
-bool PictureBox::EnsureImage(bool keep) const {
-    // The stored picture follows the control's size and keeps what it holds.
-    // Hidden widgets get no resize event, so every use checks.
-    const QSize s(std::max(1, width()), std::max(1, height()));
-    if (s == image_.size()) return false;
-    QImage grown(s, QImage::Format_RGB32);
-    grown.fill(backColor_);
-    const int rows = std::min(s.height(), image_.height());
-    const auto bytes = static_cast<std::size_t>(std::min(s.width(), image_.width())) * sizeof(QRgb);
-    for (int y = 0; keep && y < rows; ++y) std::memcpy(grown.scanLine(y), image_.constScanLine(y), bytes);
-    image_ = std::move(grown);
-    return true;
-}
 
 void PictureBox::mouseReleaseEvent(QMouseEvent* event) {
     emit MouseUp(event->button(), event->modifiers(), event->position().x(), event->position().y());

@@ -1,9 +1,18 @@
 #pragma once
-// A picture box with a persistent picture: what is drawn stays in a QImage
-// that survives repainting and can be read while the widget is hidden.
+// A picture box with a persistent picture: what is drawn stays, survives
+// repainting and can be read while the widget is hidden.
+//
+// The picture is kept in 64 x 64 blocks. A block nobody drew on is background
+// and costs nothing; a block filled whole from an 8-bit picture (a tile on the
+// sheet) keeps its 4 KB of colour numbers and a shared colour table; any other
+// drawing turns a block into 16 KB of colours. The sheet of a thousand tiles
+// then takes 4 MB instead of 16, and wiping it is free.
 
 #include <QImage>
 #include <QWidget>
+#include <array>
+#include <memory>
+#include <vector>
 
 #include "pixels/picturecontrol.h"
 
@@ -26,13 +35,16 @@ public:
     // inverted once, so a second call restores what was there.
     void InvertBox(int x1, int y1, int x2, int y2);
 
-    const QImage& image() const {
-        EnsureImage();
-        return image_;
-    }
+    // The whole picture as one image, made on demand and kept until the next drawing.
+    const QImage& image() const;
     QRgb BackColor() const { return backColor_; }
+    // Bytes the picture's blocks hold now.
+    std::size_t StoredBytes() const;
 
     QString Tag = QStringLiteral("-1");
+
+    static constexpr int kSide = 64;
+    using ColourTable = std::array<QRgb, 256>;
 
 signals:
     void MouseUp(Qt::MouseButton button, Qt::KeyboardModifiers shift, double x, double y);
@@ -43,11 +55,34 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
+    // Neither table nor colours: background.
+    struct Block {
+        std::shared_ptr<const ColourTable> table;
+        std::vector<std::uint8_t> numbers;  // with table: kSide * kSide colour numbers
+        std::vector<QRgb> colours;          // kSide * kSide colours
+    };
+
+    Block& BlockAt(int x, int y) const;
+    // The row of colours from (x, y) to the end of its block, which becomes
+    // one of colours if it was not.
+    QRgb* Row(int x, int y) const;
+    QRgb Pixel(int x, int y) const;
+    void Expand(Block& b) const;
+    void Put(int x, int y, const QImage& from, const QRect& part);
+    void ClearBlocks() const;
+    // Background again wherever a block reaches past the picture.
+    void BlankOutside() const;
     void InvertPixel(int x, int y);
     // True when it has made a new picture for a new size; keep = false makes
     // it all background instead of keeping what the old one held.
     bool EnsureImage(bool keep = true) const;
 
-    mutable QImage image_;
+    // The picture follows the widget's size, even from a const read.
+    mutable QSize size_{1, 1};
+    mutable int blockCols_ = 1;
+    mutable int blockRows_ = 1;
+    mutable std::vector<Block> blocks_{1};
+    mutable QImage flat_;
+    mutable bool flatValid_ = false;
     QRgb backColor_ = qRgb(0xF0, 0xF0, 0xF0);
 };

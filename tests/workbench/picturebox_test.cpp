@@ -6,6 +6,7 @@
 #include <QtTest>
 #include <cstdio>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -71,6 +72,52 @@ void Paint(PictureBox& box, const QImage& img) {
             box.SetPixelV(x, y, qRed(c) | qGreen(c) << 8 | qBlue(c) << 16);
         }
 }
+
+
+// The picture as one plain image, drawn the simplest way: what PictureBox's
+// blocks must always add up to.
+struct Reference {
+    QImage img;
+    QRgb back;
+    Reference(QSize s, QRgb b) : img(s, QImage::Format_RGB32), back(b) { img.fill(back); }
+    void Resize(QSize s, bool keep) {
+        QImage grown(s, QImage::Format_RGB32);
+        grown.fill(back);
+        if (keep) {
+            QPainter p(&grown);
+            p.drawImage(0, 0, img);
+        }
+        img = grown;
+    }
+    void Load(const QString& path) {
+        const QImage pic = QImage(path).convertToFormat(QImage::Format_RGB32);
+        img.fill(back);
+        QPainter p(&img);
+        p.drawImage(0, 0, pic);
+    }
+    void Set(int x, int y, QRgb c) {
+        if (img.rect().contains(x, y)) img.setPixel(x, y, c);
+    }
+    void Invert(int x, int y) {
+        if (img.rect().contains(x, y)) img.setPixel(x, y, img.pixel(x, y) ^ 0x00FFFFFFu);
+    }
+    void InvertBox(int x1, int y1, int x2, int y2) {
+        for (int x = x1; x <= x2; ++x) {
+            Invert(x, y1);
+            if (y2 != y1) Invert(x, y2);
+        }
+        for (int y = y1 + 1; y < y2; ++y) {
+            Invert(x1, y);
+            if (x2 != x1) Invert(x2, y);
+        }
+    }
+    void Blt(int dx, int dy, int w, int h, const QImage& from, int sx, int sy) {
+        const QImage copy = from.copy();
+        for (int r = 0; r < h; ++r)
+            for (int c = 0; c < w; ++c)
+                if (copy.rect().contains(sx + c, sy + r)) Set(dx + c, dy + r, copy.pixel(sx + c, sy + r));
+    }
+};
 
 }  // namespace
 
@@ -197,10 +244,12 @@ private slots:
         Paint(src, Pattern(24, 16, 9));
         Paint(dst, Pattern(40, 30, 2));
         QImage want = dst.image();
-        QPainter p(&want);
-        p.setCompositionMode(QPainter::CompositionMode_Source);
-        p.drawImage(to, src.image(), block);
-        p.end();
+        // QPainter reads an empty source block as "to the edge"; an empty block copies nothing.
+        if (!block.isEmpty()) {
+            QPainter p(&want);
+            p.setCompositionMode(QPainter::CompositionMode_Source);
+            p.drawImage(to, src.image(), block);
+        }
         dst.BitBlt(to.x(), to.y(), block.width(), block.height(), src, block.x(), block.y());
         QCOMPARE(dst.image(), want);
     }
@@ -232,6 +281,119 @@ private slots:
         if (!wipe) p.drawImage(0, 0, drawn);
         p.end();
         QCOMPARE(box.image(), want);
+    }
+
+    // Random drawing on a picture of many blocks, a sheet and its 68 x 68
+    // tile box, checked against the plain image after every call.
+    void blocksAddUpToThePicture_data() {
+        QTest::addColumn<unsigned>("seed");
+        for (unsigned seed : {1u, 2u, 3u, 4u, 5u, 6u}) QTest::newRow(qPrintable(QString::number(seed))) << seed;
+    }
+    void blocksAddUpToThePicture() {
+        QFETCH(unsigned, seed);
+        std::mt19937 rng(seed);
+        auto pick = [&rng](int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); };
+        const std::string tile = dir_.File("tile.bmp");
+        WriteAll(tile, EngineBmp(64, 64, dir_.File("scratch.bmp")));
+        const std::string odd = dir_.File("odd.bmp");
+        WriteAll(odd, EngineBmp(70, 45, dir_.File("scratch.bmp")));
+
+        PictureBox sheet, cell;
+        sheet.resize(200, 150);
+        cell.resize(68, 68);
+        Reference sheetRef(sheet.size(), sheet.BackColor()), cellRef(cell.size(), cell.BackColor());
+        for (int step = 0; step < 120; ++step) {
+            const int op = pick(0, 8);
+            const QByteArray what = QByteArray::number(step) + " op " + QByteArray::number(op);
+            if (op == 0) {
+                const std::string& path = pick(0, 3) ? tile : odd;
+                QVERIFY(cell.LoadPicture(path));
+                cellRef.Load(QString::fromStdString(path));
+            } else if (op <= 2) {
+                // Mostly whole tiles onto the grid, as the sheet is drawn.
+                const bool grid = op == 1;
+                const int dx = grid ? pick(0, 3) * 64 : pick(-70, 210), dy = grid ? pick(0, 2) * 64 : pick(-70, 160);
+                const int w = grid ? 64 : pick(1, 80), h = grid ? 64 : pick(1, 80);
+                const int sx = grid ? 0 : pick(-10, 70), sy = grid ? 0 : pick(-10, 70);
+                sheet.BitBlt(dx, dy, w, h, cell, sx, sy);
+                sheetRef.Blt(dx, dy, w, h, cellRef.img, sx, sy);
+            } else if (op == 3) {
+                const int x = pick(-5, 205), y = pick(-5, 155);
+                const int w = pick(0, 70), h = pick(0, 70);
+                sheet.InvertBox(x, y, x + w, y + h);
+                sheetRef.InvertBox(x, y, x + w, y + h);
+            } else if (op == 4) {
+                const int x = pick(-10, 200), y = pick(-2, 151), n = pick(0, 150);
+                std::vector<std::int32_t> run;
+                for (int i = 0; i < n; ++i) run.push_back(pick(0, 0xFFFFFF));
+                sheet.SetPixelRunV(x, y, run.data(), run.size());
+                for (int i = 0; i < n; ++i) {
+                    const auto c = static_cast<std::uint32_t>(run[static_cast<std::size_t>(i)]);
+                    sheetRef.Set(x + i, y, qRgb(c & 0xFF, (c >> 8) & 0xFF, (c >> 16) & 0xFF));
+                }
+            } else if (op == 5) {
+                const QSize to(pick(1, 260), pick(1, 200));
+                sheet.resize(to);
+                sheetRef.Resize(to, true);
+            } else if (op == 6 && pick(0, 3) == 0) {
+                sheet.Cls();
+                sheetRef.Resize(sheet.size(), false);
+            } else if (op == 7) {
+                // A box onto itself, overlapping.
+                const int x = pick(0, 150), y = pick(0, 100), dx = x + pick(-20, 20), dy = y + pick(-20, 20);
+                sheet.BitBlt(dx, dy, 60, 50, sheet, x, y);
+                sheetRef.Blt(dx, dy, 60, 50, sheetRef.img, x, y);
+            } else {
+                const int x = pick(-3, 210), y = pick(-3, 160);
+                const QRgb c = qRgb(pick(0, 255), pick(0, 255), pick(0, 255));
+                sheet.SetPixelV(x, y, qRed(c) | qGreen(c) << 8 | qBlue(c) << 16);
+                sheetRef.Set(x, y, c);
+            }
+            QVERIFY2(cell.image() == cellRef.img, what);
+            QVERIFY2(sheet.image() == sheetRef.img, what);
+        }
+    }
+
+    // Copying a box onto itself reads the block as it was before the copy.
+    void copyOntoItself_data() {
+        QTest::addColumn<QRect>("block");
+        QTest::addColumn<QPoint>("to");
+        QTest::newRow("down and right, across blocks") << QRect(30, 20, 90, 70) << QPoint(50, 40);
+        QTest::newRow("up and left") << QRect(60, 70, 80, 60) << QPoint(5, 3);
+        QTest::newRow("whole block onto the next") << QRect(0, 0, 64, 64) << QPoint(64, 64);
+    }
+    void copyOntoItself() {
+        QFETCH(QRect, block);
+        QFETCH(QPoint, to);
+        PictureBox box;
+        box.resize(200, 150);
+        Paint(box, Pattern(200, 150, 7));
+        Reference ref(box.size(), box.BackColor());
+        ref.img = box.image();
+        ref.Blt(to.x(), to.y(), block.width(), block.height(), ref.img, block.x(), block.y());
+        box.BitBlt(to.x(), to.y(), block.width(), block.height(), box, block.x(), block.y());
+        QCOMPARE(box.image(), ref.img);
+    }
+
+    // A sheet of tiles keeps one colour number a pixel and shares the tiles'
+    // colour tables; a wipe gives all of it back.
+    void sheetOfTilesTakesAByteAPixel() {
+        const std::string tile = dir_.File("tile.bmp");
+        WriteAll(tile, EngineBmp(64, 64, dir_.File("scratch.bmp")));
+        PictureBox sheet, cell;
+        sheet.resize(9 * 64, 12 * 64);
+        cell.resize(68, 68);
+        sheet.Cls();
+        QCOMPARE(sheet.StoredBytes(), std::size_t{0});
+        for (int t = 0; t < 100; ++t) {
+            QVERIFY(cell.LoadPicture(tile));
+            sheet.BitBlt((t % 9) * 64, (t / 9) * 64, 64, 64, cell, 0, 0);
+        }
+        QCOMPARE(sheet.StoredBytes(), std::size_t{100 * 64 * 64});
+        sheet.InvertBox(64, 64, 128, 128);  // a selection box touches four blocks
+        QCOMPARE(sheet.StoredBytes(), std::size_t{96 * 64 * 64 + 4 * 64 * 64 * 4});
+        sheet.Cls();
+        QCOMPARE(sheet.StoredBytes(), std::size_t{0});
     }
 };
 
