@@ -69,6 +69,25 @@ private slots:
         s_.reset();
     }
 
+    // The buttons hold their room with blank pictures until the sheet has
+    // been painted once; then each gets the style's own.
+    void iconsFollowTheFirstPaint() {
+        QList<QAction*> buttons;
+        for (const char* key : {"open", "save", "saveas", "trans", "export", "import", "copy", "paste"})
+            buttons.append(W().tlbMain->findChild<QAction*>(QString::fromLatin1(key)));
+        const auto blank = [](const QAction* a) {
+            const QImage img = a->icon().pixmap(16, 16).toImage().convertToFormat(QImage::Format_ARGB32);
+            for (int y = 0; y < img.height(); ++y)
+                for (int x = 0; x < img.width(); ++x)
+                    if (qAlpha(img.pixel(x, y)) != 0) return false;
+            return true;
+        };
+        for (const QAction* a : buttons) QVERIFY2(a && blank(a), qPrintable(a ? a->objectName() : "missing"));
+        W().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&W()));
+        for (const QAction* a : buttons) QTRY_VERIFY2(!blank(a), qPrintable(a->objectName()));
+    }
+
     void copy_data() {
         QTest::addColumn<bool>("transparent");
         QTest::newRow("sprite in its own palette") << false;
