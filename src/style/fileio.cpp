@@ -47,6 +47,38 @@ bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& out, std:
     return true;
 }
 
+bool CopyWholeFile(const std::string& from, const std::string& to, std::string& why) {
+    std::ifstream in(from, std::ios::binary);
+    if (!in) {
+        why = "the file cannot be opened for reading";
+        return false;
+    }
+    std::ofstream out(to, std::ios::binary | std::ios::trunc);
+    if (!out) {
+        why = "the copy cannot be made";
+        return false;
+    }
+    std::vector<char> chunk(1 << 20);
+    while (in) {
+        in.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
+        const std::streamsize got = in.gcount();
+        if (got > 0 && !out.write(chunk.data(), got)) {
+            why = "writing the copy failed (is the disk full?)";
+            return false;
+        }
+    }
+    if (in.bad()) {
+        why = "reading the file failed";
+        return false;
+    }
+    out.flush();
+    if (!out) {
+        why = "writing the copy failed (is the disk full?)";
+        return false;
+    }
+    return true;
+}
+
 bool ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string& why) {
     const std::string temp = path + ".saving";
     {

@@ -16,6 +16,10 @@ bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& out, std:
 // Writes bytes to path through a temporary file beside it that replaces the
 // path only once every byte is written, so a failed write leaves what was
 // there. Returns false and says why on failure.
+// Copies a file whole. The standard library's copy gives up when a signal
+// interrupts it (a child process ending is enough); the streams here carry on.
+bool CopyWholeFile(const std::string& from, const std::string& to, std::string& why);
+
 bool ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string& why);
 
 }  // namespace styleio

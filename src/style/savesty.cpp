@@ -158,13 +158,11 @@ bool clsSTY::SaveSTY(const std::string& sFile) const {
     std::error_code ec;
     fs::remove(backup, ec);
     if (fs::exists(sFile, ec)) {
-        fs::copy_file(sFile, backup, fs::copy_options::overwrite_existing, ec);
-        if (ec) {
+        if (std::string why; !styleio::CopyWholeFile(sFile, backup, why)) {
             // A half-made copy would pass for the previous file.
-            std::error_code ignored;
-            fs::remove(backup, ignored);
+            fs::remove(backup, ec);
             ProgressEnd();
-            TellNotSaved(sFile, "its backup " + backup + " could not be made (" + ec.message() + ")");
+            TellNotSaved(sFile, "its backup " + backup + " could not be made (" + why + ")");
             return false;
         }
     }

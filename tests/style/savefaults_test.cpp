@@ -7,6 +7,7 @@
 
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -159,6 +160,41 @@ TEST_P(SaveFault, KeepsThePreviousFileAndSaysSo) {
         EXPECT_TRUE(c.backupMayBeMissing) << "the backup of the previous file is missing";
     }
     EXPECT_FALSE(fs::is_regular_file(path + ".saving")) << "a half-written file was left behind";
+}
+
+// A signal every 50 microseconds, with a handler that does not restart
+// interrupted calls: the standard library's file copy gave up under it, and
+// the backup, and with it the save, was refused.
+void InterruptEveryFiftyMicroseconds() {
+    struct sigaction quiet {};
+    quiet.sa_handler = [](int) {};
+    ::sigaction(SIGALRM, &quiet, nullptr);
+    const itimerval every{{0, 50}, {0, 50}};
+    ::setitimer(ITIMER_REAL, &every, nullptr);
+}
+
+TEST(SaveUnderSignals, EverySaveLandsWithItsBackup) {
+    modDeclares::ResetSharedStores();
+    TempDir dir;
+    const std::string in = dir.File("in.sty");
+    WriteFile(in, styletest::MakeFullStyle().file.bytes());
+    clsSTY doc;
+    ASSERT_TRUE(doc.LoadSTY(in));
+    const std::string quiet = dir.File("quiet.sty");
+    ASSERT_TRUE(doc.SaveSTY(quiet));
+    const Bytes saved = ReadFile(quiet);
+
+    const std::string path = dir.File("style.sty");
+    Bytes old(3 * 1024 * 1024);
+    for (std::size_t i = 0; i < old.size(); ++i) old[i] = static_cast<std::uint8_t>(i * 7 + 3);
+    for (int round = 0; round < 8; ++round) {
+        WriteFile(path, old);
+        const Outcome o = SaveInChild(doc, path, InterruptEveryFiftyMicroseconds);
+        ASSERT_TRUE(o.saved) << "round " << round << ": " << (o.messages.empty() ? "" : o.messages[0]);
+        EXPECT_EQ(ReadFile(path), saved);
+        EXPECT_EQ(ReadFile(path + ".bak"), old);
+    }
+    modDeclares::ResetSharedStores();
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, SaveFault, ::testing::ValuesIn(Cases()),
