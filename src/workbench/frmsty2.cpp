@@ -9,12 +9,12 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
-#include <QTimer>
 #include <cstdio>
 
 #include "settings/cregistry.h"
 #include "style/moddeclares.h"
 #include "workbench/picturebox.h"
+#include "workbench/toolbarimages.h"
 #include "workbench/topmost.h"
 #include "workbench/twips.h"
 
@@ -24,6 +24,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     : QWidget(parent), commandLinePath_(std::move(stylePath)) {
     // Form_Initialize: Qt's widgets need no common-controls set-up.
     setWindowTitle(QStringLiteral("Ombrevale v0.1"));
+    setWindowIcon(imgToolBar::WindowIcon());
     resize(twips::ToPx(8910), twips::ToPx(7710));
     BuildControls();
     WirePanes();
@@ -176,8 +177,6 @@ void frmSTY2::cmdGen_Click() {
 }
 
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
-    if (!decorated_ && event->type() == QEvent::Paint && watched == picMain)
-        QTimer::singleShot(0, this, [this] { DecorateAfterFirstPaint(); });
     // The window sees every key before its controls do; the key then goes on.
     if (event->type() == QEvent::KeyPress) {
         auto* w = qobject_cast<QWidget*>(watched);

@@ -21,7 +21,6 @@ class QLineEdit;
 class PictureBox;
 class QComboBox;
 class QTreeWidget;
-class QToolBar;
 
 class frmSTY2 : public QWidget {
     Q_OBJECT
@@ -100,16 +99,12 @@ public:
     QLineEdit* txtBlue = nullptr;
     QLabel* lblColour = nullptr;
     QLabel* Label8 = nullptr;
-    QToolBar* tlbMain = nullptr;
+    QWidget* tlbMain = nullptr;
 
 private:
     void BuildSpritePanes();
     void BuildPalettePane();
     void BuildToolbar();
-    // Icons come from the desktop's theme; searching it is slow, and none of
-    // them is needed for the sheet to show, so they follow its first paint.
-    void DecorateAfterFirstPaint();
-    bool decorated_ = false;
     void ToolbarOpen();
     void ToolbarSave(bool bAskName);
     void ToolbarExport();

@@ -9,11 +9,11 @@
 #include <QListWidget>
 #include <QPixmap>
 #include <QPushButton>
-#include <QStyle>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QToolBar>
+#include <QHBoxLayout>
+#include <QToolButton>
 
 #include "style/hooks.h"
 #include "style/moddeclares.h"
@@ -21,6 +21,7 @@
 #include "workbench/panes_dialogs.h"
 #include "workbench/panes_events.h"
 #include "workbench/picturebox.h"
+#include "workbench/toolbarimages.h"
 
 using panesdialogs::FileDialog;
 using panesdialogs::FileMode;
@@ -30,13 +31,12 @@ namespace {
 struct Button {
     const char* key;
     const char* caption;
-    QStyle::StandardPixmap icon;
+    const char* image;
 };
-const Button kButtons[8] = {
-    {"open", "Open", QStyle::SP_DialogOpenButton},       {"save", "Save", QStyle::SP_DialogSaveButton},
-    {"saveas", "Save As", QStyle::SP_DriveFDIcon},       {"trans", "Transparent", QStyle::SP_TitleBarShadeButton},
-    {"export", "Export", QStyle::SP_ArrowRight},         {"import", "Import", QStyle::SP_ArrowLeft},
-    {"copy", "Copy", QStyle::SP_FileDialogDetailedView}, {"paste", "Paste", QStyle::SP_DialogApplyButton}};
+const Button kButtons[8] = {{"open", "Open", "open"},       {"save", "Save", "save"},
+                            {"saveas", "Save As", "save"},  {"trans", "Transparent", "trans"},
+                            {"export", "Export", "export"}, {"import", "Import", "import"},
+                            {"copy", "Copy", "copy"},       {"paste", "Paste", "paste"}};
 
 const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
 
@@ -72,21 +72,25 @@ void Tell(const std::string& text) { MsgBox(text, "Ombrevale", MsgIcon::Exclamat
 
 void frmSTY2::BuildToolbar() {
     // The bar sits in the row of the page strip, left of "&Refresh", so the pages keep all their room.
-    tlbMain = new QToolBar(MainTab);
-    tlbMain->setIconSize(QSize(16, 16));
-    tlbMain->setToolButtonStyle(Qt::ToolButtonIconOnly);
-    // Tight buttons: the bar shares the strip's row with the page tabs and "&Refresh".
-    tlbMain->setStyleSheet(QStringLiteral("QToolBar { spacing: 0px; padding: 0px; } QToolButton { padding: 1px; }"));
-    // Blank pictures hold each button's room until the real ones come.
-    QPixmap blank(tlbMain->iconSize());
-    blank.fill(Qt::transparent);
-    const QIcon placeholder(blank);
+    // A row of tool buttons rather than a QToolBar: nothing here needs its
+    // overflow menu, whose arrow icon makes Qt load every image plug-in.
+    tlbMain = new QWidget(MainTab);
+    auto* row = new QHBoxLayout(tlbMain);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(0);
     for (const Button& b : kButtons) {
-        QAction* a = tlbMain->addAction(placeholder, QString::fromLatin1(b.caption));
+        auto* a = new QAction(QIcon(imgToolBar::Picture(QString::fromLatin1(b.image))),
+                              QString::fromLatin1(b.caption), tlbMain);
         a->setObjectName(QString::fromLatin1(b.key));
         a->setToolTip(QString::fromLatin1(b.caption));
         const QString key = QString::fromLatin1(b.key);
         connect(a, &QAction::triggered, this, [this, key] { tlbMain_ButtonClick(key); });
+        auto* button = new QToolButton(tlbMain);
+        button->setDefaultAction(a);
+        button->setAutoRaise(true);
+        button->setIconSize(QSize(imgToolBar::kSide, imgToolBar::kSide));
+        button->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        row->addWidget(button);
     }
     QAction* trans = tlbMain->findChild<QAction*>(QStringLiteral("trans"));
     trans->setCheckable(true);
@@ -106,14 +110,6 @@ void frmSTY2::BuildToolbar() {
     new PanesEventTap(cmdGen, QEvent::Move, [place](QEvent*) { place(); });
     new PanesEventTap(MainTab->tabBar(), QEvent::Resize, [place](QEvent*) { place(); });
     tlbMain->show();
-}
-
-void frmSTY2::DecorateAfterFirstPaint() {
-    if (decorated_) return;
-    decorated_ = true;
-    setWindowIcon(QIcon::fromTheme(QStringLiteral("applications-graphics")));
-    for (const Button& b : kButtons)
-        if (auto* a = tlbMain->findChild<QAction*>(QString::fromLatin1(b.key))) a->setIcon(style()->standardIcon(b.icon));
 }
 
 void frmSTY2::tlbMain_ButtonClick(const QString& Key) {

@@ -1,0 +1,21 @@
+#pragma once
+// The tool bar's pictures and the window's icon, drawn here rather than
+// looked up in the desktop's icon theme: a theme search reads thousands of
+// paths and pulls in the image plug-ins, and costs more than the sheet.
+
+#include <QIcon>
+#include <QPixmap>
+#include <QString>
+
+namespace imgToolBar {
+
+constexpr int kSide = 16;
+
+// The 16 x 16 picture under an image key: "open", "save", "trans", "export",
+// "import", "copy", "paste" or "cut". Any other key gives a null pixmap.
+QPixmap Picture(const QString& key);
+
+// The main window's icon: a few tiles of a sheet.
+QIcon WindowIcon();
+
+}  // namespace imgToolBar
