@@ -35,7 +35,7 @@ bool clsSTY::SaveTile(const std::string& sFile, std::int32_t idx) const {
     if (!pal) return false;
     // Bottom row first, as a BMP stores it; 64 needs no row padding.
     const Tile& tile = STYTileStore[static_cast<std::size_t>(idx)];
-    Tile block;
+    PixelBlock block;
     for (std::size_t r = 0; r < kTileSide; ++r)
         std::copy_n(tile.begin() + (kTileSide - 1 - r) * kTileSide, kTileSide, block.begin() + r * kTileSide);
     if (!modBMP::WriteBMP(sFile, kTileSide, kTileSide, *pal, block)) return TellNotWritten(sFile);
@@ -46,7 +46,8 @@ bool clsSTY::SetBitsTile(std::int32_t TileNum, const ByteString& bits) {
     if (!pixelchecks::TileExists(*this, TileNum))
         return pixelchecks::Refuse("There is no tile " + std::to_string(TileNum) + " to write into.");
     // Rows run top to bottom here; a short string leaves its rows filled with 32.
-    Tile& tile = STYTileStore[static_cast<std::size_t>(TileNum)];
-    for (std::size_t i = 0; i < tile.size(); ++i) tile[i] = i < bits.size() ? bits[i] : 32;
+    PixelBlock block;
+    for (std::size_t i = 0; i < block.size(); ++i) block[i] = i < bits.size() ? bits[i] : 32;
+    STYTileStore[static_cast<std::size_t>(TileNum)] = Tile(block);
     return true;
 }

@@ -12,6 +12,7 @@
 
 #include "style/bytes.h"
 #include "style/moddeclares.h"
+#include "style/tile.h"
 
 class PictureControl;
 
@@ -29,8 +30,7 @@ inline constexpr int kPalettePageBytes = 64 * kPaletteBytes;
 inline constexpr int kSpriteRowStride = 256;
 inline constexpr int kSelectableTiles = 992;
 
-// 64 rows of 64 pixels, row 0 at the top, row r at bytes r * 64.
-using Tile = std::array<std::uint8_t, kTileBytes>;
+static_assert(kTileBytes == static_cast<int>(Tile::size()));
 
 struct SpriteRecord {
     std::int32_t offset = 0;

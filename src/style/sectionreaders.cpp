@@ -56,16 +56,18 @@ SectionResult ReadTiles(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     if (static_cast<std::size_t>(size) > in.Remaining()) return ClaimsMore(Section::TILE, size, in.Remaining());
 
     doc.iTileCount = static_cast<std::int16_t>(count);
-    doc.STYTileStore.assign(static_cast<std::size_t>(count), Tile{});
+    std::vector<Tile> tiles;
+    tiles.reserve(static_cast<std::size_t>(count));
     // A strip row holds one row of each of four tiles side by side.
+    std::array<PixelBlock, 4> strip;
     for (std::size_t t = 0; t < static_cast<std::size_t>(count); t += 4) {
-        for (std::size_t r = 0; r < kTileSide; ++r) {
-            for (std::size_t k = 0; k < 4; ++k) {
-                const auto row = in.Take(kTileSide);
-                std::copy(row.begin(), row.end(), doc.STYTileStore[t + k].begin() + static_cast<long>(r * kTileSide));
-            }
-        }
+        const auto bytes = in.Take(kStripBytes);
+        for (std::size_t r = 0; r < kTileSide; ++r)
+            for (std::size_t k = 0; k < 4; ++k)
+                std::memcpy(&strip[k][r * kTileSide], &bytes[(r * 4 + k) * kTileSide], kTileSide);
+        for (const PixelBlock& tile : strip) tiles.emplace_back(tile);
     }
+    doc.STYTileStore = std::move(tiles);
     return Ok();
 }
 

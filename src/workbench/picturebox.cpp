@@ -99,9 +99,9 @@ void PictureBox::Expand(Block& b) const {
     if (!b.colours.empty()) return;
     b.colours.assign(kCells, backColor_);
     if (b.table) {
-        for (std::size_t i = 0; i < kCells; ++i) b.colours[i] = (*b.table)[b.numbers[i]];
+        for (std::size_t i = 0; i < kCells; ++i) b.colours[i] = (*b.table)[(*b.numbers)[i]];
         b.table.reset();
-        b.numbers = {};
+        b.numbers.reset();
     }
 }
 
@@ -115,7 +115,7 @@ QRgb* PictureBox::Row(int x, int y) const {
 QRgb PictureBox::Pixel(int x, int y) const {
     const Block& b = BlockAt(x, y);
     if (!b.colours.empty()) return b.colours[Cell(x, y)];
-    if (b.table) return (*b.table)[b.numbers[Cell(x, y)]];
+    if (b.table) return (*b.table)[(*b.numbers)[Cell(x, y)]];
     return backColor_;
 }
 
@@ -194,9 +194,11 @@ bool PictureBox::LoadPicture(const std::string& sPath) {
                 if (w == kSide && h == kSide) {
                     // Filled whole: colour numbers and the table, no colours.
                     b.table = table;
-                    b.numbers.resize(kCells);
+                    PixelBlock numbers;
                     for (int y = 0; y < kSide; ++y)
-                        std::memcpy(&b.numbers[static_cast<std::size_t>(y * kSide)], bmp.RowAt(y0 + y) + x0, kSide);
+                        std::memcpy(&numbers[static_cast<std::size_t>(y * kSide)], bmp.RowAt(y0 + y) + x0, kSide);
+                    // A tile's picture is the tile's own block: the sheet keeps no copy.
+                    b.numbers = InternPixelBlock(numbers.data());
                     continue;
                 }
                 for (int y = 0; y < h; ++y) {
@@ -304,7 +306,7 @@ const QImage& PictureBox::image() const {
 
 std::size_t PictureBox::StoredBytes() const {
     std::size_t bytes = 0;
-    for (const Block& b : blocks_) bytes += b.colours.size() * sizeof(QRgb) + b.numbers.size();
+    for (const Block& b : blocks_) bytes += b.colours.size() * sizeof(QRgb) + (b.numbers ? b.numbers->size() : 0);
     return bytes;
 }
 
@@ -323,7 +325,7 @@ void PictureBox::paintEvent(QPaintEvent* event) {
                                   QImage::Format_RGB32);
                 p.drawImage(part.topLeft(), view, part.translated(-at));
             } else if (b.table) {
-                QImage view(b.numbers.data(), kSide, kSide, kSide, QImage::Format_Indexed8);
+                QImage view(b.numbers->data(), kSide, kSide, kSide, QImage::Format_Indexed8);
                 view.setColorTable(QList<QRgb>(b.table->begin(), b.table->end()));
                 p.drawImage(part.topLeft(), view, part.translated(-at));
             } else {

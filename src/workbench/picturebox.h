@@ -4,9 +4,10 @@
 //
 // The picture is kept in 64 x 64 blocks. A block nobody drew on is background
 // and costs nothing; a block filled whole from an 8-bit picture (a tile on the
-// sheet) keeps its 4 KB of colour numbers and a shared colour table; any other
-// drawing turns a block into 16 KB of colours. The sheet of a thousand tiles
-// then takes 4 MB instead of 16, and wiping it is free.
+// sheet) keeps its 4 KB of colour numbers, shared with the document's tile
+// (pixelblock.h), and a shared colour table; any other drawing turns a block
+// into 16 KB of colours. The sheet of a thousand tiles then costs what its
+// block list costs instead of 16 MB, and wiping it is free.
 
 #include <QImage>
 #include <QWidget>
@@ -15,6 +16,7 @@
 #include <vector>
 
 #include "pixels/picturecontrol.h"
+#include "style/pixelblock.h"
 
 class PictureBox : public QWidget, public PictureControl {
     Q_OBJECT
@@ -38,7 +40,7 @@ public:
     // The whole picture as one image, made on demand and kept until the next drawing.
     const QImage& image() const;
     QRgb BackColor() const { return backColor_; }
-    // Bytes the picture's blocks hold now.
+    // Bytes the picture's blocks hold now, shared ones included.
     std::size_t StoredBytes() const;
 
     QString Tag = QStringLiteral("-1");
@@ -58,7 +60,7 @@ private:
     // Neither table nor colours: background.
     struct Block {
         std::shared_ptr<const ColourTable> table;
-        std::vector<std::uint8_t> numbers;  // with table: kSide * kSide colour numbers
+        SharedPixelBlock numbers;           // with table: kSide * kSide colour numbers
         std::vector<QRgb> colours;          // kSide * kSide colours
     };
 

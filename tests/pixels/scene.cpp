@@ -32,10 +32,12 @@ void Scene::SetUp() {
         }
     doc.iPalCount = kPaletteCount;
     doc.iTileCount = kTileCount;
-    doc.STYTileStore.assign(kTileCount, Tile{});
+    doc.STYTileStore.clear();
     for (std::size_t t = 0; t < kTileCount; ++t) {
         STYPalIndex.push_back(TilePalette(t));
-        for (std::size_t i = 0; i < kTileBytes; ++i) doc.STYTileStore[t][i] = TilePixel(t, i / 64, i % 64);
+        PixelBlock pixels;
+        for (std::size_t i = 0; i < kTileBytes; ++i) pixels[i] = TilePixel(t, i / 64, i % 64);
+        doc.STYTileStore.emplace_back(pixels);
     }
     STYPalBase[0] = kTileCount;
     STYPalBase[1] = static_cast<std::int16_t>(std::size(kSprites));

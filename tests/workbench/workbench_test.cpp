@@ -119,6 +119,20 @@ private slots:
             }
     }
 
+    // The sheet holds each tile's own block of colour numbers, not a copy;
+    // a tile replaced afterwards leaves the sheet's picture as drawn.
+    void sheetSharesTheTilesBlocks() {
+        auto w = Open(style_);
+        const auto& store = w->Sty().STYTileStore;
+        for (std::size_t t = 0; t < store.size(); ++t) QVERIFY2(store[t].Block().use_count() >= 2, qPrintable(QString::number(t)));
+        const QImage before = SheetImage(*w);
+        PixelBlock other;
+        other.fill(3);
+        w->Sty().STYTileStore[0] = Tile(other);
+        w->picMain->update();
+        QCOMPARE(SheetImage(*w), before);
+    }
+
     void clickSelects_data() {
         QTest::addColumn<double>("x");
         QTest::addColumn<double>("y");
