@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace styleio {
 
-bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& out, std::string& why) {
+bool InputFile::Open(const std::string& path, std::string& why) {
     std::error_code ec;
     const auto status = fs::status(path, ec);
     if (ec || !fs::exists(status)) {
@@ -22,15 +22,15 @@ bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& out, std:
         why = "it is a folder, not a file";
         return false;
     }
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
+    in_.open(path, std::ios::binary);
+    if (!in_) {
         why = "it cannot be opened for reading";
         return false;
     }
-    in.seekg(0, std::ios::end);
-    const std::streamoff length = in.tellg();
-    in.seekg(0, std::ios::beg);
-    if (length < 0) {
+    in_.seekg(0, std::ios::end);
+    const std::streamoff length = in_.tellg();
+    in_.seekg(0, std::ios::beg);
+    if (length < 0 || !in_) {
         why = "its length cannot be read";
         return false;
     }
@@ -38,13 +38,20 @@ bool ReadWholeFile(const std::string& path, std::vector<std::uint8_t>& out, std:
         why = "it is " + GroupedNumber(length) + " bytes long, larger than any style file";
         return false;
     }
-    out.resize(static_cast<std::size_t>(length));
-    if (length > 0 && !in.read(reinterpret_cast<char*>(out.data()), length)) {
-        why = "reading it failed";
-        out.clear();
-        return false;
-    }
+    length_ = static_cast<std::size_t>(length);
     return true;
+}
+
+std::size_t InputFile::Read(std::uint8_t* to, std::size_t n) {
+    if (!in_) return 0;
+    in_.read(reinterpret_cast<char*>(to), static_cast<std::streamsize>(n));
+    return static_cast<std::size_t>(in_.gcount());
+}
+
+bool InputFile::Seek(std::size_t offset) {
+    in_.clear();
+    in_.seekg(static_cast<std::streamoff>(offset));
+    return static_cast<bool>(in_);
 }
 
 bool CopyWholeFile(const std::string& from, const std::string& to, std::string& why) {

@@ -75,30 +75,41 @@ LoopOutcome ReadSections(clsSTY& doc, ByteCursor& in) {
 }  // namespace
 
 bool clsSTY::LoadSTY(const std::string& Sprg) {
-    std::vector<std::uint8_t> bytes;
+    styleio::InputFile file;
     std::string why;
-    if (!styleio::ReadWholeFile(Sprg, bytes, why)) {
+    if (!file.Open(Sprg, why)) {
         MsgBox("The style file " + Sprg + " cannot be read: " + why + ".", "ERROR", MsgIcon::Exclamation);
         return false;
     }
-    ProgressStart(1, static_cast<double>(bytes.size()), "Loading...");
+    const std::size_t length = file.Length();
+    ProgressStart(1, static_cast<double>(length), "Loading...");
 
-    if (bytes.size() < kMagic.size() || !std::equal(kMagic.begin(), kMagic.end(), bytes.begin())) {
+    // Read in pieces as the sections come: the file is never held whole beside its stores.
+    ByteCursor in(file, length);
+    const auto magic = in.Take(std::min(length, kMagic.size()));
+    if (magic.size() < kMagic.size() || !std::equal(kMagic.begin(), kMagic.end(), magic.begin())) {
         // The caller renders the sheet next, and that closes the progress window.
-        MsgBox("ERROR Invalid File", "ERROR", MsgIcon::Exclamation);
+        MsgBox(in.Failed() ? "The style file " + Sprg + " cannot be read: reading it failed." : "ERROR Invalid File",
+               "ERROR", MsgIcon::Exclamation);
         return false;
     }
-    if (bytes.size() < kHeadBytes) {
+    if (length < kHeadBytes) {
         ProgressEnd();
         TellDamage(Sprg, "it ends inside its 6-byte head", false);
         return false;
     }
 
-    ByteCursor in(bytes);
-    in.Skip(kHeadBytes);
+    in.Skip(kHeadBytes - kMagic.size());
     const LoopOutcome outcome = ReadSections(*this, in);
     ProgressEnd();
 
+    if (in.Failed()) {
+        MsgBox("The style file " + Sprg +
+                   " could not be read to its end: reading it failed part-way. The sections before that point "
+                   "were loaded; the rest of the file was not.",
+               "ERROR", MsgIcon::Exclamation);
+        return false;
+    }
     if (!outcome.fatal.empty()) {
         TellDamage(Sprg, outcome.fatal, true);
         return false;

@@ -28,6 +28,8 @@ SectionResult ClaimsMore(Section s, std::int64_t wanted, std::size_t remaining) 
                 GroupedNumber(static_cast<std::int64_t>(remaining)) + " remain");
 }
 
+SectionResult ReadFailed(Section s) { return Fail("reading the " + Tag(s) + " section failed"); }
+
 SectionResult NegativeSize(Section s, std::int32_t size) {
     return Fail("the " + Tag(s) + " section has a negative size (" + GroupedNumber(size) + ")");
 }
@@ -41,8 +43,8 @@ SectionResult TooMany(Section s, std::int64_t count, const char* what) {
 SectionResult ReadBytes(Section s, std::int32_t size, ByteCursor& in, ByteString& store) {
     if (size < 0) return NegativeSize(s, size);
     if (static_cast<std::size_t>(size) > in.Remaining()) return ClaimsMore(s, size, in.Remaining());
-    const auto bytes = in.Take(static_cast<std::size_t>(size));
-    store.assign(bytes.begin(), bytes.end());
+    store.resize(static_cast<std::size_t>(size));
+    in.CopyTo(store.data(), store.size());
     return Ok();
 }
 
@@ -62,6 +64,7 @@ SectionResult ReadTiles(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     std::array<PixelBlock, 4> strip;
     for (std::size_t t = 0; t < static_cast<std::size_t>(count); t += 4) {
         const auto bytes = in.Take(kStripBytes);
+        if (bytes.size() != kStripBytes) return ReadFailed(Section::TILE);  // the stream gave out
         for (std::size_t r = 0; r < kTileSide; ++r)
             for (std::size_t k = 0; k < 4; ++k)
                 std::memcpy(&strip[k][r * kTileSide], &bytes[(r * 4 + k) * kTileSide], kTileSide);
@@ -86,6 +89,7 @@ SectionResult ReadPalettes(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     // Pages are colour-major: the 64 palettes' colour 0, then their colour 1, ...
     for (std::size_t page = 0; page < static_cast<std::size_t>(count) / 64; ++page) {
         const auto bytes = in.Take(static_cast<std::size_t>(kPalettePageBytes));
+        if (bytes.size() != kPalettePageBytes) return ReadFailed(Section::PPAL);
         for (std::size_t p = 0; p < 64; ++p) {
             auto* pal = pals[page * 64 + p].data();
             for (std::size_t c = 0; c < 256; ++c) std::memcpy(pal + c * 4, &bytes[(c * 64 + p) * 4], 4);
