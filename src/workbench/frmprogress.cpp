@@ -1,13 +1,13 @@
 #include "workbench/frmprogress.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QScreen>
 #include <cmath>
 
 #include "style/hooks.h"
+#include "workbench/pacedlabel.h"
 #include "workbench/pacedprogressbar.h"
 #include "workbench/twips.h"
 
@@ -17,7 +17,7 @@ frmProgress::frmProgress(QWidget* parent) : QDialog(parent, Qt::Tool | Qt::Custo
     setModal(false);
     pbar = new PacedProgressBar(this);
     twips::Place(pbar, 240, 360, 5925, 285);
-    l = new QLabel(QStringLiteral("Loading..."), this);
+    l = new PacedLabel(QStringLiteral("Loading..."), this);
     l->move(twips::ToPx(270), twips::ToPx(120));
     l->adjustSize();
     modGTA2::CenterForm(this);

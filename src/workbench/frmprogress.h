@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-class QLabel;
+class PacedLabel;
 class PacedProgressBar;
 
 class frmProgress : public QDialog {
@@ -12,7 +12,7 @@ public:
     explicit frmProgress(QWidget* parent = nullptr);
 
     PacedProgressBar* pbar = nullptr;
-    QLabel* l = nullptr;
+    PacedLabel* l = nullptr;
 };
 
 namespace modGTA2 {

@@ -5,13 +5,7 @@
 #include <algorithm>
 #include <climits>
 
-namespace {
-constexpr int kFrameMs = 16;
-}
-
 PacedProgressBar::PacedProgressBar(QWidget* parent) : QWidget(parent) {
-    frame_.setSingleShot(true);
-    connect(&frame_, &QTimer::timeout, this, [this] { update(); });
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -40,15 +34,7 @@ void PacedProgressBar::reset() {
     Changed();
 }
 
-void PacedProgressBar::Changed() {
-    if (!isVisible()) return;
-    // A frame since the last picture: draw now. Otherwise once the frame is up.
-    if (!sincePaint_.isValid() || sincePaint_.elapsed() >= kFrameMs) {
-        update();
-    } else if (!frame_.isActive()) {
-        frame_.start(static_cast<int>(kFrameMs - sincePaint_.elapsed()));
-    }
-}
+void PacedProgressBar::Changed() { pacer_.Changed(); }
 
 QSize PacedProgressBar::sizeHint() const {
     QStyleOptionProgressBar opt;
@@ -57,7 +43,7 @@ QSize PacedProgressBar::sizeHint() const {
 }
 
 void PacedProgressBar::paintEvent(QPaintEvent*) {
-    sincePaint_.start();
+    pacer_.Painted();
     QStyleOptionProgressBar opt;
     opt.initFrom(this);
     opt.minimum = minimum_;

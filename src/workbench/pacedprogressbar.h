@@ -4,9 +4,9 @@
 // each of those repaints waits for the display server, which for a sheet of a
 // thousand tiles cost more than the tiles themselves.
 
-#include <QElapsedTimer>
-#include <QTimer>
 #include <QWidget>
+
+#include "workbench/framepacer.h"
 
 class PacedProgressBar : public QWidget {
     Q_OBJECT
@@ -37,6 +37,5 @@ private:
     int minimum_ = 0;
     int maximum_ = 100;
     int value_ = -1;
-    QTimer frame_{this};
-    QElapsedTimer sincePaint_;
+    FramePacer pacer_{this};
 };

@@ -1,10 +1,13 @@
 // The paced bar must keep QProgressBar's numbers through any sequence of calls,
-// look the same for the same numbers, and still end up showing the last value.
+// look the same for the same numbers, and still end up showing the last value;
+// the paced label must measure and look like a QLabel and end on its last text.
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QProgressBar>
 #include <QtTest>
 #include <climits>
 
+#include "workbench/pacedlabel.h"
 #include "workbench/pacedprogressbar.h"
 
 namespace {
@@ -123,6 +126,58 @@ private slots:
         QVERIFY2(drawn.size() <= frames + 1, qPrintable(QStringLiteral("%1 paints in %2 ms").arg(drawn.size()).arg(burstMs)));
     }
 
+    void labelLooksLikeQLabel_data() {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("start") << QStringLiteral("Loading...");
+        QTest::newRow("a section") << QStringLiteral("Loading Section TILE...");
+        QTest::newRow("lower-case tag") << QStringLiteral("Loading Section tile...");
+        QTest::newRow("tab") << QStringLiteral("Saving\tPPAL...");
+    }
+    void labelLooksLikeQLabel() {
+        QFETCH(QString, text);
+        QLabel qt(text);
+        PacedLabel paced(QStringLiteral("something else"));
+        paced.setText(text);
+        qt.adjustSize();
+        paced.adjustSize();
+        QCOMPARE(paced.size(), qt.size());
+        QCOMPARE(paced.grab().toImage(), qt.grab().toImage());
+    }
+
+    // A section a step: the label is drawn a frame at a time and ends on the last text.
+    void labelBurstEndsOnItsLastText() {
+        QWidget window;
+        auto* paced = new PacedLabel(QStringLiteral("Loading..."), &window);
+        paced->setGeometry(10, 10, 300, 20);
+        window.resize(320, 40);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::qWait(40);
+        int paints = 0;
+        QString lastDrawn;
+        struct Recorder : QObject {
+            int* paints;
+            QString* last;
+            Recorder(int* p, QString* l) : paints(p), last(l) {}
+            bool eventFilter(QObject* o, QEvent* e) override {
+                if (e->type() == QEvent::Paint) {
+                    ++*paints;
+                    *last = static_cast<PacedLabel*>(o)->text();
+                }
+                return false;
+            }
+        } recorder(&paints, &lastDrawn);
+        paced->installEventFilter(&recorder);
+        QElapsedTimer clock;
+        clock.start();
+        for (int s = 0; s < 200; ++s) {
+            paced->setText(QStringLiteral("Loading Section %1...").arg(s));
+            QCoreApplication::processEvents();
+        }
+        const qint64 burstMs = clock.elapsed();
+        QTRY_COMPARE_WITH_TIMEOUT(lastDrawn, QStringLiteral("Loading Section 199..."), 1000);
+        QVERIFY2(paints <= burstMs / 16 + 3, qPrintable(QStringLiteral("%1 paints in %2 ms").arg(paints).arg(burstMs)));
+    }
 };
 
 QTEST_MAIN(PacedProgressBarTest)

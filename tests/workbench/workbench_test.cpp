@@ -14,6 +14,7 @@
 #include "support/tempdir.h"
 #include "teststyle.h"
 #include "workbench/frmprogress.h"
+#include "workbench/pacedlabel.h"
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
 
