@@ -18,8 +18,9 @@ frmProgress::frmProgress(QWidget* parent) : QDialog(parent, Qt::Tool | Qt::Custo
     pbar = new PacedProgressBar(this);
     twips::Place(pbar, 240, 360, 5925, 285);
     l = new PacedLabel(QStringLiteral("Loading..."), this);
-    l->move(twips::ToPx(270), twips::ToPx(120));
-    l->adjustSize();
+    // As wide as the window allows rather than sized to each caption: a label
+    // that changes its size makes the window redraw around it at every section.
+    l->setGeometry(twips::ToPx(270), twips::ToPx(120), width() - twips::ToPx(270), l->sizeHint().height());
     modGTA2::CenterForm(this);
 }
 
@@ -52,7 +53,6 @@ void ProgressStart(double iMin, double iMax, const std::string& sCaption) {
     if (Whole(iMax) > f->pbar->minimum()) f->pbar->setMaximum(Whole(iMax));
     if (Whole(iMin) < f->pbar->maximum()) f->pbar->setMinimum(Whole(iMin));
     f->l->setText(QString::fromStdString(sCaption));
-    f->l->adjustSize();
     f->show();
 }
 
@@ -64,7 +64,6 @@ void ProgressStep(double iValue, const std::string& sCaption) {
     const QString shown = f->l->text();
     if (QAnyStringView::compare(shown, QUtf8StringView(sCaption)) != 0) {
         f->l->setText(QString::fromStdString(sCaption));
-        f->l->adjustSize();
     }
     QCoreApplication::processEvents();
 }
