@@ -1,11 +1,19 @@
 #include "style/fileio.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <system_error>
 
 #include "style/messages.h"
+
+#ifdef __linux__
+#include <fcntl.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace fs = std::filesystem;
 
@@ -54,7 +62,9 @@ bool InputFile::Seek(std::size_t offset) {
     return static_cast<bool>(in_);
 }
 
-bool CopyWholeFile(const std::string& from, const std::string& to, std::string& why) {
+namespace {
+
+bool CopyThroughStreams(const std::string& from, const std::string& to, std::string& why) {
     std::ifstream in(from, std::ios::binary);
     if (!in) {
         why = "the file cannot be opened for reading";
@@ -65,7 +75,7 @@ bool CopyWholeFile(const std::string& from, const std::string& to, std::string& 
         why = "the copy cannot be made";
         return false;
     }
-    std::vector<char> chunk(1 << 20);
+    std::vector<char> chunk(1 << 16);
     while (in) {
         in.read(chunk.data(), static_cast<std::streamsize>(chunk.size()));
         const std::streamsize got = in.gcount();
@@ -84,6 +94,57 @@ bool CopyWholeFile(const std::string& from, const std::string& to, std::string& 
         return false;
     }
     return true;
+}
+
+#ifdef __linux__
+// The kernel copies page to page, as the library's copy does, but an
+// interrupted call is taken up again instead of failing the save.
+bool CopyInKernel(const std::string& from, const std::string& to, std::string& why) {
+    const int in = open(from.c_str(), O_RDONLY | O_CLOEXEC);
+    if (in < 0) {
+        why = "the file cannot be opened for reading";
+        return false;
+    }
+    struct stat st {};
+    const int out = fstat(in, &st) == 0 ? open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666) : -1;
+    if (out < 0) {
+        close(in);
+        why = "the copy cannot be made";
+        return false;
+    }
+    bool ok = true;
+    for (auto left = static_cast<std::size_t>(st.st_size); ok && left > 0;) {
+        const ssize_t n = sendfile(out, in, nullptr, left);
+        if (n < 0 && errno == EINTR) continue;
+        // A file system that cannot: copy through user space instead.
+        if (n < 0 && (errno == EINVAL || errno == ENOSYS) && left == static_cast<std::size_t>(st.st_size)) {
+            close(in);
+            close(out);
+            return CopyThroughStreams(from, to, why);
+        }
+        // The file may have shrunk meanwhile: what is there is copied.
+        if (n == 0) break;
+        ok = n > 0;
+        if (ok) left -= static_cast<std::size_t>(n);
+    }
+    if (!ok) why = "writing the copy failed (is the disk full?)";
+    close(in);
+    if (close(out) != 0 && ok) {
+        why = "writing the copy failed (is the disk full?)";
+        ok = false;
+    }
+    return ok;
+}
+#endif
+
+}  // namespace
+
+bool CopyWholeFile(const std::string& from, const std::string& to, std::string& why) {
+#ifdef __linux__
+    return CopyInKernel(from, to, why);
+#else
+    return CopyThroughStreams(from, to, why);
+#endif
 }
 
 bool ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string& why) {

@@ -102,8 +102,19 @@ void WriteCars(ByteWriter& w) {
 std::int32_t SizeOf(std::size_t bytes) { return static_cast<std::int32_t>(bytes); }
 
 // The writer's own order of sections, with the figure each size field gets.
+// Near the written length, so the buffer is made once rather than grown
+// (and copied) a doubling at a time.
+std::size_t Expected(const clsSTY& doc) {
+    const auto n = [](std::int64_t v) { return static_cast<std::size_t>(std::max<std::int64_t>(v, 0)); };
+    return 6 + 14 * 8 + n(doc.iTileCount) * kTileBytes + n(doc.iPalCount) * kPaletteBytes + STYDeltaStore.size() +
+           2 * STYPalIndex.size() + doc.STYObjectInfo.size() + STYRecycle.size() + doc.STYSpriteData.size() +
+           8 * doc.STYSpriteIndex.size() + doc.STYSurfaceSpec.size() + n(doc.lDelxBytes) + n(doc.lCariBytes) +
+           2 * STYFontBase.base.size() + 64;
+}
+
 std::vector<std::uint8_t> Serialise(const clsSTY& doc) {
     std::vector<std::uint8_t> bytes;
+    bytes.reserve(Expected(doc));
     ByteWriter w(bytes);
     w.Bytes(std::span(reinterpret_cast<const std::uint8_t*>("GBST"), 4));
     w.U16(kWrittenVersion);
