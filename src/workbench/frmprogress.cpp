@@ -24,12 +24,26 @@ frmProgress::frmProgress(QWidget* parent) : QDialog(parent, Qt::Tool | Qt::Custo
     modGTA2::CenterForm(this);
 }
 
+void frmProgress::Reload() {
+    pbar->setRange(0, 100);
+    pbar->reset();
+    l->setText(QStringLiteral("Loading..."));
+    modGTA2::CenterForm(this);
+}
+
 namespace modGTA2 {
 namespace {
 
 QPointer<frmProgress>& Slot() {
     static QPointer<frmProgress> form;
     return form;
+}
+
+// An unloaded window kept hidden for the next job: making and mapping a new
+// one cost more than a load's own drawing.
+QPointer<frmProgress>& Spare() {
+    static QPointer<frmProgress> spare;
+    return spare;
 }
 
 // Values arrive as floats; the bar counts in whole numbers.
@@ -43,7 +57,10 @@ int Whole(double v) {
 frmProgress* LoadedInstance() { return Slot().data(); }
 
 frmProgress* Instance() {
-    if (!Slot()) Slot() = new frmProgress();
+    if (!Slot()) {
+        Slot() = Spare() ? Spare().data() : new frmProgress();
+        Spare() = nullptr;
+    }
     return Slot().data();
 }
 
@@ -72,7 +89,9 @@ void ProgressEnd() {
     // Unloaded: the next job starts from the designer's values.
     if (frmProgress* f = LoadedInstance()) {
         f->hide();
-        delete f;
+        f->Reload();
+        Slot() = nullptr;
+        Spare() = f;
     }
 }
 

@@ -10,6 +10,8 @@ class frmProgress : public QDialog {
     Q_OBJECT
 public:
     explicit frmProgress(QWidget* parent = nullptr);
+    // Back to the designer's values and centred, as a newly loaded form is.
+    void Reload();
 
     PacedProgressBar* pbar = nullptr;
     PacedLabel* l = nullptr;

@@ -347,6 +347,28 @@ private slots:
         QVERIFY(modGTA2::LoadedInstance() == nullptr);
     }
 
+    // Whatever a job did to the window, the next one finds it as designed.
+    void nextJobStartsFromDesignValues() {
+        modGTA2::ProgressStart(0, 500, "First...");
+        frmProgress* first = modGTA2::LoadedInstance();
+        QVERIFY(first);
+        const QPoint centred = first->pos();
+        modGTA2::ProgressStep(300, "Halfway...");
+        first->move(centred + QPoint(40, 30));
+        modGTA2::ProgressEnd();
+        QVERIFY(modGTA2::LoadedInstance() == nullptr);
+        QVERIFY(!first->isVisible());
+        modGTA2::ProgressStart(0, -1, "Second...");  // a range the bar refuses
+        frmProgress* f = modGTA2::LoadedInstance();
+        QVERIFY(f && f->isVisible());
+        QCOMPARE(f->pos(), centred);
+        QCOMPARE(f->pbar->minimum(), 0);
+        QCOMPARE(f->pbar->maximum(), 100);
+        QCOMPARE(f->pbar->value(), -1);
+        QCOMPARE(f->l->text(), QStringLiteral("Second..."));
+        modGTA2::ProgressEnd();
+    }
+
     void progressStepRunsEvents() {
         modGTA2::ProgressStart(0, 10, "x");
         bool ran = false;
