@@ -78,7 +78,8 @@ SharedPixelBlock InternPixelBlock(const std::uint8_t* bytes) {
         }
     }
     // Made unlocked: should making the shared pointer fail, its deleter takes the lock.
-    auto block = std::make_unique<PixelBlock>();
+    // Not zeroed first: every byte is copied in at once.
+    std::unique_ptr<PixelBlock> block(new PixelBlock);
     std::memcpy(block->data(), bytes, kPixelBlockBytes);
     if (same >= kMaxSameHash) return SharedPixelBlock(std::move(block));
     const PixelBlock* raw = block.get();
