@@ -27,6 +27,9 @@ public:
     explicit ByteCursor(std::span<const std::uint8_t> bytes) : window_(bytes), length_(bytes.size()) {}
     // The source holds length bytes, read from its start.
     ByteCursor(ByteSource& source, std::size_t length) : source_(&source), length_(length) {}
+    // The window may point into the cursor's own buffer.
+    ByteCursor(const ByteCursor&) = delete;
+    ByteCursor& operator=(const ByteCursor&) = delete;
 
     std::size_t Position() const { return base_ + pos_; }
     std::size_t Remaining() const { return length_ - Position(); }

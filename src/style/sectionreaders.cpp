@@ -57,7 +57,6 @@ SectionResult ReadTiles(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     if (count > kMaxCount) return TooMany(Section::TILE, count, "tiles");
     if (static_cast<std::size_t>(size) > in.Remaining()) return ClaimsMore(Section::TILE, size, in.Remaining());
 
-    doc.iTileCount = static_cast<std::int16_t>(count);
     std::vector<Tile> tiles;
     tiles.reserve(static_cast<std::size_t>(count));
     // A strip row holds one row of each of four tiles side by side.
@@ -70,6 +69,7 @@ SectionResult ReadTiles(clsSTY& doc, std::int32_t size, ByteCursor& in) {
                 std::memcpy(&strip[k][r * kTileSide], &bytes[(r * 4 + k) * kTileSide], kTileSide);
         for (const PixelBlock& tile : strip) tiles.emplace_back(tile);
     }
+    doc.iTileCount = static_cast<std::int16_t>(count);
     doc.STYTileStore = std::move(tiles);
     return Ok();
 }

@@ -124,6 +124,8 @@ TEST(ByteCursorStream, AFileCutWhileLoadingIsReportedAsUnread) {
     EXPECT_FALSE(doc.LoadSTY(path));
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_NE(messages[0].find("could not be read to its end"), std::string::npos) << messages[0];
+    // The tile count never runs ahead of the tiles read.
+    EXPECT_EQ(static_cast<std::size_t>(doc.GetNumOfTiles()), doc.STYTileStore.size());
 }
 
 }  // namespace
