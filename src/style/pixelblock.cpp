@@ -94,13 +94,3 @@ std::size_t InternedPixelBlocks() {
     const std::lock_guard guard(pool.lock);
     return pool.live.size();
 }
-
-#include "style/tile.h"
-
-Tile::Tile() {
-    static const SharedPixelBlock blank = [] {
-        const PixelBlock zeros{};
-        return InternPixelBlock(zeros.data());
-    }();
-    block_ = blank;
-}
