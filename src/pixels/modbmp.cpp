@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 
-
 #include "style/bytewriter.h"
 #include "style/moddeclares.h"
 
@@ -43,7 +42,9 @@ bool WriteFromStart(const std::string& path, const ByteString& bytes) {
 #ifdef _WIN32
     const int fd = _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_BINARY, _S_IREAD | _S_IWRITE);
 #else
-    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+    // The working file is ours alone: a link standing in its place is refused, never followed.
+    const int noFollow = path == kWorkFile ? O_NOFOLLOW : 0;
+    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | noFollow, 0666);
 #endif
     if (fd < 0) return false;
     bool ok = true;

@@ -10,6 +10,9 @@
 
 namespace modBMP {
 
+// The working file every render goes through, in the current folder.
+inline constexpr const char* kWorkFile = "temp.bmp";
+
 inline constexpr std::int32_t kHeadBytes = 1078;
 
 // Writes from byte 0 without cutting a longer file short. False when the file

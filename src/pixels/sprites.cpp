@@ -49,7 +49,7 @@ ByteString FlipRows(const ByteString& block, std::int32_t W) {
 
 namespace {
 
-constexpr const char* kWorkFile = "temp.bmp";
+using modBMP::kWorkFile;
 
 void RemoveQuietly(const std::string& file) {
     std::error_code ec;

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr const char* kWorkFile = "temp.bmp";
+using modBMP::kWorkFile;
 
 bool TellNotWritten(const std::string& file) {
     return pixelchecks::Refuse("The picture file " + file + " cannot be written.");

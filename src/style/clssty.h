@@ -16,6 +16,18 @@
 
 class PictureControl;
 
+// What a load found, for a host that words its own messages.
+struct LoadReport {
+    enum class Outcome { Loaded, Unreadable, NotAStyle, Damaged, CutShort };
+    Outcome outcome = Outcome::Loaded;
+    // What is wrong, in plain words, without the file's name.
+    std::string problem;
+    // True when sections before the problem were read into the stores.
+    bool sectionsKept = false;
+    // The file loaded, but these parts of it hold nothing or were passed over.
+    std::vector<std::string> warnings;
+};
+
 // The fourteen known sections, in the order of their present flags.
 enum class Section : int { TILE, PPAL, PALX, PALB, SPRG, SPRX, SPRB, DELS, DELX, FONB, CARI, OBJI, RECY, SPEC };
 inline constexpr int kSectionCount = 14;
@@ -28,7 +40,6 @@ inline constexpr int kStripBytes = 4 * kTileBytes;
 inline constexpr int kPaletteBytes = 1024;
 inline constexpr int kPalettePageBytes = 64 * kPaletteBytes;
 inline constexpr int kSpriteRowStride = 256;
-inline constexpr int kSelectableTiles = 992;
 
 static_assert(kTileBytes == static_cast<int>(Tile::size()));
 
@@ -41,6 +52,11 @@ struct SpriteRecord {
     bool operator==(const SpriteRecord&) const = default;
 };
 
+// The messages of a load, worded for a file. whatWasKept ends a failure whose
+// earlier sections stay in the stores; the caller knows whether they do.
+std::string LoadFailureText(const std::string& file, const LoadReport& report, const std::string& whatWasKept);
+std::string LoadWarningText(const std::string& file, const LoadReport& report);
+
 class clsSTY {
 public:
     clsSTY();
@@ -49,6 +65,8 @@ public:
     // command line and the tests use them. Every failure is also told
     // through the message hook.
     bool LoadSTY(const std::string& Sprg);
+    // The same load, telling nothing through the message hook: the report says it all.
+    bool LoadSTY(const std::string& Sprg, LoadReport& report);
     bool SaveSTY(const std::string& sFile) const;
 
     std::int32_t GetCol(std::int32_t Pal, std::int32_t Col) const;

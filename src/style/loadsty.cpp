@@ -26,61 +26,80 @@ std::optional<Section> KnownSection(std::string_view tag) {
     return std::nullopt;
 }
 
-void TellDamage(const std::string& file, const std::string& problem, bool stopped) {
-    std::string text = "The style file " + file + " is damaged: " + problem + ".";
-    if (stopped) text += " The sections before that point were loaded; the rest of the file was not.";
-    MsgBox(text, "ERROR", MsgIcon::Exclamation);
+// A section that loads but leaves its table empty is not taken for sound.
+std::optional<std::string> EmptyWarning(const clsSTY& doc, Section section) {
+    switch (section) {
+        case Section::TILE:
+            if (doc.iTileCount == 0) return "the TILE section holds no tiles";
+            break;
+        case Section::PPAL:
+            if (doc.iPalCount == 0) return "the PPAL section holds no palettes";
+            break;
+        case Section::PALX:
+            if (doc.iPalxCount == 0) return "the PALX section holds no palette entries";
+            break;
+        case Section::SPRX:
+            if (doc.iSprxCount == 0) return "the SPRX section holds no sprite records";
+            break;
+        case Section::RECY:
+            if (modDeclares::STYRecycle.empty()) return "the RECY section holds no recycling list";
+            break;
+        case Section::FONB:
+            if (modDeclares::STYFontBase.count == 0) return "the FONB section holds no fonts";
+            break;
+        default:
+            break;
+    }
+    return std::nullopt;
 }
 
-struct LoopOutcome {
-    std::string fatal;
-};
-
 // Unknown sections are passed over by their size, known ones read by their own rules.
-LoopOutcome ReadSections(clsSTY& doc, ByteCursor& in) {
-    LoopOutcome out;
+// Returns the problem that stopped the loop, or empty text.
+std::string ReadSections(clsSTY& doc, ByteCursor& in, std::vector<std::string>& warnings) {
     while (!in.AtEnd()) {
         if (in.Remaining() < 4) {
-            out.fatal = "it ends inside a section head";
+            // Too short to be a head: a tool padded the file. Everything before it is whole.
+            const auto n = static_cast<std::int64_t>(in.Remaining());
+            warnings.push_back(GroupedNumber(n) + (n == 1 ? " stray byte" : " stray bytes") +
+                               " after the last section " + (n == 1 ? "was" : "were") + " passed over");
             break;
         }
         const auto tagBytes = in.Take(4);
         const std::string tag(tagBytes.begin(), tagBytes.end());
         ProgressStep(static_cast<double>(in.Position()), "Loading Section " + tag + "...");
-        if (in.Remaining() < 4) {
-            out.fatal = "it ends inside the head of the section " + PrintableTag(tag);
-            break;
-        }
+        if (in.Remaining() < 4) return "it ends inside the head of the section " + PrintableTag(tag);
         const std::int32_t size = in.I32();
         const auto section = KnownSection(tag);
         if (!section) {
-            if (size < 0 || static_cast<std::size_t>(size) > in.Remaining()) {
-                out.fatal = "the section " + PrintableTag(tag) + " claims " + GroupedNumber(size) + " bytes but only " +
-                            GroupedNumber(static_cast<std::int64_t>(in.Remaining())) + " remain";
-                break;
-            }
+            if (size < 0 || static_cast<std::size_t>(size) > in.Remaining())
+                return "the section " + PrintableTag(tag) + " claims " + GroupedNumber(size) + " bytes but only " +
+                       GroupedNumber(static_cast<std::int64_t>(in.Remaining())) + " remain";
             in.Skip(static_cast<std::size_t>(size));
             continue;
         }
         const auto result = styleload::ReadSection(doc, *section, size, in);
-        if (!result.ok) {
-            out.fatal = result.problem;
-            break;
-        }
+        if (!result.ok) return result.problem;
         doc.Present[static_cast<std::size_t>(*section)] = true;
+        if (auto w = EmptyWarning(doc, *section)) warnings.push_back(std::move(*w));
     }
-    return out;
+    return {};
+}
+
+bool Fail(LoadReport& report, LoadReport::Outcome outcome, std::string problem, bool sectionsKept) {
+    report.outcome = outcome;
+    report.problem = std::move(problem);
+    report.sectionsKept = sectionsKept;
+    return false;
 }
 
 }  // namespace
 
-bool clsSTY::LoadSTY(const std::string& Sprg) {
+bool clsSTY::LoadSTY(const std::string& Sprg, LoadReport& report) {
+    using Outcome = LoadReport::Outcome;
+    report = {};
     styleio::InputFile file;
     std::string why;
-    if (!file.Open(Sprg, why)) {
-        MsgBox("The style file " + Sprg + " cannot be read: " + why + ".", "ERROR", MsgIcon::Exclamation);
-        return false;
-    }
+    if (!file.Open(Sprg, why)) return Fail(report, Outcome::Unreadable, why, false);
     const std::size_t length = file.Length();
     ProgressStart(1, static_cast<double>(length), "Loading...");
 
@@ -88,31 +107,57 @@ bool clsSTY::LoadSTY(const std::string& Sprg) {
     ByteCursor in(file, length);
     const auto magic = in.Take(std::min(length, kMagic.size()));
     if (magic.size() < kMagic.size() || !std::equal(kMagic.begin(), kMagic.end(), magic.begin())) {
-        // The caller renders the sheet next, and that closes the progress window.
-        MsgBox(in.Failed() ? "The style file " + Sprg + " cannot be read: reading it failed." : "ERROR Invalid File",
-               "ERROR", MsgIcon::Exclamation);
-        return false;
+        // The progress window stays: the caller renders the sheet next, and that closes it.
+        if (in.Failed()) return Fail(report, Outcome::Unreadable, "reading it failed", false);
+        return Fail(report, Outcome::NotAStyle, "it does not begin with GBST", false);
     }
     if (length < kHeadBytes) {
         ProgressEnd();
-        TellDamage(Sprg, "it ends inside its 6-byte head", false);
-        return false;
+        return Fail(report, Outcome::Damaged, "it ends inside its 6-byte head", false);
     }
 
     in.Skip(kHeadBytes - kMagic.size());
-    const LoopOutcome outcome = ReadSections(*this, in);
+    const std::string fatal = ReadSections(*this, in, report.warnings);
     ProgressEnd();
 
-    if (in.Failed()) {
-        MsgBox("The style file " + Sprg +
-                   " could not be read to its end: reading it failed part-way. The sections before that point "
-                   "were loaded; the rest of the file was not.",
-               "ERROR", MsgIcon::Exclamation);
-        return false;
-    }
-    if (!outcome.fatal.empty()) {
-        TellDamage(Sprg, outcome.fatal, true);
-        return false;
-    }
+    if (in.Failed()) return Fail(report, Outcome::CutShort, "reading it failed part-way", true);
+    if (!fatal.empty()) return Fail(report, Outcome::Damaged, fatal, true);
     return true;
+}
+
+bool clsSTY::LoadSTY(const std::string& Sprg) {
+    LoadReport report;
+    if (LoadSTY(Sprg, report)) {
+        if (!report.warnings.empty()) MsgBox(LoadWarningText(Sprg, report), "Ombrevale", MsgIcon::Information);
+        return true;
+    }
+    MsgBox(LoadFailureText(Sprg, report, "The sections before that point were loaded; the rest of the file was not."),
+           "ERROR", MsgIcon::Exclamation);
+    return false;
+}
+
+std::string LoadFailureText(const std::string& file, const LoadReport& report, const std::string& whatWasKept) {
+    using Outcome = LoadReport::Outcome;
+    std::string text;
+    switch (report.outcome) {
+        case Outcome::NotAStyle:
+            return "ERROR Invalid File";
+        case Outcome::Unreadable:
+            return "The style file " + file + " cannot be read: " + report.problem + ".";
+        case Outcome::CutShort:
+            text = "The style file " + file + " could not be read to its end: " + report.problem + ".";
+            break;
+        case Outcome::Damaged:
+        case Outcome::Loaded:
+            text = "The style file " + file + " is damaged: " + report.problem + ".";
+            break;
+    }
+    if (report.sectionsKept && !whatWasKept.empty()) text += " " + whatWasKept;
+    return text;
+}
+
+std::string LoadWarningText(const std::string& file, const LoadReport& report) {
+    std::string text = "The style file " + file + " was loaded, but ";
+    for (std::size_t i = 0; i < report.warnings.size(); ++i) text += (i ? "; " : "") + report.warnings[i];
+    return text + ".";
 }

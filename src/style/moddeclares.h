@@ -64,4 +64,21 @@ inline FontBase STYFontBase;
 // Empties every shared store, as at process start. Tests use it between cases.
 void ResetSharedStores();
 
+// Every shared store at one moment, to compare or to put back.
+struct SharedStores {
+    ByteString deltaStore;
+    std::vector<Palette> palData;
+    std::vector<std::int16_t> palIndex;
+    std::vector<DeltaEntry> deltaIndex;
+    std::array<std::int16_t, 8> palBase{};
+    std::array<std::int16_t, 6> spriteBase{};
+    std::vector<CarRecord> carInfo;
+    std::vector<std::uint8_t> recycle;
+    FontBase fontBase;
+
+    bool operator==(const SharedStores&) const = default;
+};
+SharedStores TakeSharedStores();
+void RestoreSharedStores(SharedStores stores);
+
 }  // namespace modDeclares

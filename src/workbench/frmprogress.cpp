@@ -104,13 +104,22 @@ void CenterForm(QWidget* frm) {
     frm->move(static_cast<int>(left), static_cast<int>(top));
 }
 
+namespace {
+// Boxes belong to the main window, so a window manager keeps them above it even while it is top-most.
+QWidget* MessageParent() {
+    for (QWidget* w : QApplication::topLevelWidgets())
+        if (w->inherits("frmSTY2") && w->isVisible()) return w;
+    return QApplication::activeWindow();
+}
+}  // namespace
+
 void InstallAsDocumentHooks() {
     DocumentHooks hooks;
     hooks.progressStart = &ProgressStart;
     hooks.progressStep = &ProgressStep;
     hooks.progressEnd = &ProgressEnd;
     hooks.msgBox = [](const std::string& sPrompt, const std::string& sTitle, MsgIcon icon) {
-        QMessageBox box;
+        QMessageBox box(MessageParent());
         box.setWindowTitle(QString::fromStdString(sTitle.empty() ? std::string("Ombrevale") : sTitle));
         box.setText(QString::fromStdString(sPrompt));
         switch (icon) {

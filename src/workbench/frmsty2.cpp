@@ -1,6 +1,7 @@
 #include "workbench/frmsty2.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -9,6 +10,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
+#include <QTreeWidget>
 #include <cstdio>
 
 #include "settings/cregistry.h"
@@ -19,6 +21,10 @@
 #include "workbench/twips.h"
 
 using twips::Place;
+
+namespace {
+constexpr int kSheetTop = -120;
+}  // namespace
 
 frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     : QWidget(parent), commandLinePath_(std::move(stylePath)) {
@@ -58,7 +64,7 @@ void frmSTY2::BuildTilesPage() {
     Place(picCont, 0, 0, 8970, 7035);
     picCont->setFont(QFont(QStringLiteral("Tahoma"), 9));
     picMain = new PictureBox(picCont);
-    Place(picMain, 0, -120, 8640, 107520);
+    Place(picMain, 0, kSheetTop, 8640, 107520);
     picMain->Tag = QStringLiteral("-1");
     vScroll = new QScrollBar(Qt::Vertical, picCont);
     Place(vScroll, 8640, 0, 255, 6975);
@@ -167,6 +173,37 @@ void frmSTY2::FillLists() {
         lstRecy->addItem(QString::asprintf("%03d", static_cast<int>(recy[i])));
 }
 
+void frmSTY2::ResetPanes() {
+    sSelKind.clear();
+    iSelNum = 0;
+    picMain->Tag = QStringLiteral("-1");
+    boxCell_.reset();
+    lblIdx->clear();
+    lblIdx->adjustSize();
+    vScroll->setValue(0);
+    // Until the first scroll the sheet stands where it was placed, not at the bar's value.
+    picMain->move(0, twips::ToPx(kSheetTop));
+    lstRemaps->clear();
+    lstRemaps->setEnabled(true);
+    cmbDeltas->setCurrentIndex(-1);
+    cmbDeltas->setEnabled(true);
+    SprTab->setTabEnabled(1, true);
+    SprTab->setCurrentIndex(0);
+    lstInfo->clear();
+    picSprite->Cls();
+    lblSSize->clear();
+    lblSSize->adjustSize();
+    lblPalInfo->clear();
+    lblPalInfo->adjustSize();
+    for (QLineEdit* box : {txtIdx, txtRed, txtGreen, txtBlue, txtText}) box->clear();
+    lblColour->setPalette(QPalette());
+    picPalette->Cls();
+    picFont->Cls();
+    Place(picTemp, 1350, 2910, 1320, 1725);
+    picTemp->Cls();
+    MainTab->setCurrentIndex(0);
+}
+
 void frmSTY2::cmdGen_Click() {
     // A Refresh that arrives through a load's or a render's event run waits for no one: it is dropped.
     if (busy_) return;
@@ -177,6 +214,11 @@ void frmSTY2::cmdGen_Click() {
 }
 
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
+    // The wheel over the sheet scrolls it as it would over the scroll bar.
+    if (event->type() == QEvent::Wheel && (watched == picMain || watched == picCont)) {
+        QCoreApplication::sendEvent(vScroll, event);
+        return true;
+    }
     // The window sees every key before its controls do; the key then goes on.
     if (event->type() == QEvent::KeyPress) {
         auto* w = qobject_cast<QWidget*>(watched);

@@ -46,6 +46,8 @@ public:
     // Time the last render took, and the part of it spent in RenderTile (the "temp.bmp" road).
     qint64 LastRenderNs() const { return lastRenderNs_; }
     qint64 LastTileRoadNs() const { return lastTileRoadNs_; }
+    // Tiles of the last render that reached the sheet.
+    int LastTilesDrawn() const { return lastTilesDrawn_; }
 
     QTabWidget* MainTab = nullptr;
     QWidget* picCont = nullptr;
@@ -110,6 +112,11 @@ private:
     void ToolbarExport();
     void ToolbarImport();
     void RefillAfterOpen();
+    // Every pane as a start shows it, once the lists are filled anew.
+    void ResetPanes();
+    // Where file dialogs start: the folder of the style in the window.
+    QString DialogFolder() const;
+    void ShowSaved(const std::string& path);
     std::string panesStylePath_;
     // ---- end of the panes' block ----
 
@@ -136,6 +143,7 @@ private:
     bool rendering_ = false;
     qint64 lastRenderNs_ = 0;
     qint64 lastTileRoadNs_ = 0;
+    int lastTilesDrawn_ = 0;
     const QEvent* lastKey_ = nullptr;
     QPointer<QWidget> lastKeyTarget_;
 };

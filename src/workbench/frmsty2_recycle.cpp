@@ -32,6 +32,9 @@ void frmSTY2::cmdRecyRemove_Click() {
     const int row = lstRecy->currentRow();
     if (row < 0 || !lstRecy->item(row)->isSelected()) return;
     delete lstRecy->takeItem(row);
+    // The list would move the selection to the next row, and a second press would remove that one too.
+    lstRecy->setCurrentItem(nullptr);
+    lstRecy->clearSelection();
     SyncRecycle();
 }
 

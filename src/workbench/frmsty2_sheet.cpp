@@ -42,7 +42,7 @@ void frmSTY2::RenderSheet() {
     picMain->Cls();
     boxCell_.reset();  // the wipe takes the box with it
     picMain->hide();
-    int column = 0, row = 0;
+    int column = 0, row = 0, tilesDrawn = 0;
     for (int t = 0; t < n; ++t) {
         ProgressStep(t, "Rendering...");
         // A load run from the event loop may have shrunk the store meanwhile.
@@ -53,6 +53,7 @@ void frmSTY2::RenderSheet() {
         road += tile.nsecsElapsed();
         if (drawn) {
             picMain->BitBlt(column * kCell, row * kCell, kCell, kCell, *picTTmp, 0, 0);
+            ++tilesDrawn;
         }
         if (cols > 0 && ++column == cols) {
             column = 0;
@@ -68,6 +69,7 @@ void frmSTY2::RenderSheet() {
     picMain->update();
     lastRenderNs_ = whole.nsecsElapsed();
     lastTileRoadNs_ = road;
+    lastTilesDrawn_ = tilesDrawn;
     busy_ = false;
     modControlWin::FindEditorList();
 }

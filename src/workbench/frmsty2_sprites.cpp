@@ -86,6 +86,7 @@ void frmSTY2::BuildSpritePanes() {
     lblSSize = new QLabel(image);
     lblSSize->setFont(QFont(QStringLiteral("Tahoma"), 9));
     lblSSize->move(twips::ToPx(180), twips::ToPx(2850));
+    lblSSize->adjustSize();
     Label7 = new QLabel(QStringLiteral("Remaps:"), image);
     Label7->move(twips::ToPx(4890), twips::ToPx(390));
     Label7->adjustSize();

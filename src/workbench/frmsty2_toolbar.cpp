@@ -5,6 +5,8 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
+#include <QFileInfo>
+#include <QHBoxLayout>
 #include <QImage>
 #include <QListWidget>
 #include <QPixmap>
@@ -12,11 +14,12 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <QHBoxLayout>
 #include <QToolButton>
+#include <QToolTip>
 
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/panes_events.h"
@@ -40,32 +43,6 @@ const Button kButtons[8] = {{"open", "Open", "open"},       {"save", "Save", "sa
 
 const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
 
-// The shared stores as they stand, to put back after a load that failed half-way.
-struct SharedStores {
-    ByteString deltaStore = modDeclares::STYDeltaStore;
-    std::vector<modDeclares::Palette> palData = modDeclares::STYPalData;
-    std::vector<std::int16_t> palIndex = modDeclares::STYPalIndex;
-    std::vector<modDeclares::DeltaEntry> deltaIndex = modDeclares::STYDeltaIndex;
-    std::array<std::int16_t, 8> palBase = modDeclares::STYPalBase;
-    std::array<std::int16_t, 6> spriteBase = modDeclares::STYSpriteBase;
-    std::vector<modDeclares::CarRecord> carInfo = modDeclares::STYCarInfo;
-    std::vector<std::uint8_t> recycle = modDeclares::STYRecycle;
-    modDeclares::FontBase fontBase = modDeclares::STYFontBase;
-
-    static SharedStores Take() { return {}; }
-    void Restore() const {
-        modDeclares::STYDeltaStore = deltaStore;
-        modDeclares::STYPalData = palData;
-        modDeclares::STYPalIndex = palIndex;
-        modDeclares::STYDeltaIndex = deltaIndex;
-        modDeclares::STYPalBase = palBase;
-        modDeclares::STYSpriteBase = spriteBase;
-        modDeclares::STYCarInfo = carInfo;
-        modDeclares::STYRecycle = recycle;
-        modDeclares::STYFontBase = fontBase;
-    }
-};
-
 void Tell(const std::string& text) { MsgBox(text, "Ombrevale", MsgIcon::Exclamation); }
 
 }  // namespace
@@ -79,8 +56,8 @@ void frmSTY2::BuildToolbar() {
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
     for (const Button& b : kButtons) {
-        auto* a = new QAction(QIcon(imgToolBar::Picture(QString::fromLatin1(b.image))),
-                              QString::fromLatin1(b.caption), tlbMain);
+        auto* a = new QAction(QIcon(imgToolBar::Picture(QString::fromLatin1(b.image))), QString::fromLatin1(b.caption),
+                              tlbMain);
         a->setObjectName(QString::fromLatin1(b.key));
         a->setToolTip(QString::fromLatin1(b.caption));
         const QString key = QString::fromLatin1(b.key);
@@ -151,30 +128,45 @@ void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
 }
 
 void frmSTY2::ToolbarOpen() {
-    const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Open Style"), kStyleFilter);
+    const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Open Style"), kStyleFilter, DialogFolder());
     if (path.isEmpty()) return;
     if (!QFile::exists(path)) {
         Tell("The file " + path.toStdString() + " does not exist.");
         return;
     }
-    // A file that does not load puts back the style in memory, unsaved changes and all;
-    // the document has told what went wrong.
-    const clsSTY before = Sty();
-    const SharedStores shared = SharedStores::Take();
-    if (!Sty().LoadSTY(path.toStdString())) {
-        Sty() = before;
-        shared.Restore();
+    // The file is read into an empty document, as at a start on it; one that
+    // does not load puts back the style in memory, unsaved changes and all.
+    const std::string file = path.toStdString();
+    clsSTY before = std::move(Sty());
+    modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
+    Sty() = clsSTY();
+    modDeclares::ResetSharedStores();
+    LoadReport report;
+    busy_ = true;
+    const bool loaded = Sty().LoadSTY(file, report);
+    busy_ = false;
+    if (!loaded) {
+        Sty() = std::move(before);
+        modDeclares::RestoreSharedStores(std::move(shared));
+        // No render follows to close the progress window.
+        modGTA2::ProgressEnd();
+        const std::string why = report.outcome == LoadReport::Outcome::NotAStyle
+                                    ? "The file " + file + " is not a style file: it does not begin with GBST."
+                                    : LoadFailureText(file, report, {});
+        MsgBox(why + " It was not opened; the style you had is still loaded.", "ERROR", MsgIcon::Exclamation);
         return;
     }
-    panesStylePath_ = path.toStdString();
+    panesStylePath_ = file;
     RefillAfterOpen();
+    if (!report.warnings.empty()) MsgBox(LoadWarningText(file, report), "Ombrevale", MsgIcon::Information);
 }
 
 void frmSTY2::RefillAfterOpen() {
+    Sty().DrawTransparent(true);
+    tlbMain->findChild<QAction*>(QStringLiteral("trans"))->setChecked(true);
+    // The lists go first: while a sprite row is chosen, the pane's controls would redraw it.
     FillLists();
-    picSprite->Cls();
-    picPalette->Cls();
-    sSelKind.clear();
+    ResetPanes();
     RenderSheet();
 }
 
@@ -182,11 +174,29 @@ void frmSTY2::ToolbarSave(bool bAskName) {
     std::string path = bAskName ? std::string() : panesStylePath_;
     if (path.empty() && !bAskName) path = StylePath();
     if (path.empty()) {
-        path = FileDialog(this, FileMode::Save, QStringLiteral("Save Style As"), kStyleFilter).toStdString();
+        path = FileDialog(this, FileMode::Save, QStringLiteral("Save Style As"), kStyleFilter, DialogFolder())
+                   .toStdString();
         if (path.empty()) return;
     }
     // SaveSTY keeps the former file as .bak and tells the user of any failure.
-    if (Sty().SaveSTY(path)) panesStylePath_ = path;
+    if (!Sty().SaveSTY(path)) return;
+    panesStylePath_ = path;
+    ShowSaved(path);
+}
+
+QString frmSTY2::DialogFolder() const {
+    const std::string style = panesStylePath_.empty() ? StylePath() : panesStylePath_;
+    return style.empty() ? QString() : QFileInfo(QString::fromStdString(style)).absolutePath();
+}
+
+void frmSTY2::ShowSaved(const std::string& path) {
+    // A note by the Save button that goes by itself: nothing to dismiss.
+    const QString file = QFileInfo(QString::fromStdString(path)).fileName();
+    QWidget* save = tlbMain->findChild<QToolButton*>();
+    for (auto* b : tlbMain->findChildren<QToolButton*>())
+        if (b->defaultAction()->objectName() == QLatin1String("save")) save = b;
+    QToolTip::showText(save->mapToGlobal(QPoint(0, save->height())), QStringLiteral("Saved %1").arg(file), save,
+                       QRect(), 5000);
 }
 
 void frmSTY2::ToolbarExport() {
@@ -195,7 +205,7 @@ void frmSTY2::ToolbarExport() {
         return;
     }
     const QString path = FileDialog(this, FileMode::Save, QStringLiteral("Export Picture"),
-                                    QStringLiteral("BMP picture (*.bmp);;PNG picture (*.png)"));
+                                    QStringLiteral("BMP picture (*.bmp);;PNG picture (*.png)"), DialogFolder());
     if (path.isEmpty()) return;
     const bool png = path.endsWith(QLatin1String(".png"), Qt::CaseInsensitive);
     QTemporaryDir tmp;
@@ -227,7 +237,7 @@ void frmSTY2::ToolbarImport() {
         return;
     }
     const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Import Palette"),
-                                    QStringLiteral("JASC palette (*.pal);;All files (*)"));
+                                    QStringLiteral("JASC palette (*.pal);;All files (*)"), DialogFolder());
     if (path.isEmpty()) return;
     QFile f(path);
     if (!f.open(QIODevice::ReadOnly) || f.readLine().trimmed() != "JASC-PAL") {

@@ -22,10 +22,11 @@ std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt) {
     return reply;
 }
 
-QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter) {
-    if (Installed().fileDialog) return Installed().fileDialog(parent, mode, sCaption, sFilter);
-    return mode == FileMode::Open ? QFileDialog::getOpenFileName(parent, sCaption, QString(), sFilter)
-                                  : QFileDialog::getSaveFileName(parent, sCaption, QString(), sFilter);
+QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
+                   const QString& sFolder) {
+    if (Installed().fileDialog) return Installed().fileDialog(parent, mode, sCaption, sFilter, sFolder);
+    return mode == FileMode::Open ? QFileDialog::getOpenFileName(parent, sCaption, sFolder, sFilter)
+                                  : QFileDialog::getSaveFileName(parent, sCaption, sFolder, sFilter);
 }
 
 }  // namespace panesdialogs

@@ -15,13 +15,17 @@ enum class FileMode { Open, Save };
 struct Dialogs {
     // The reply, or nothing when the box was cancelled.
     std::function<std::optional<QString>(QWidget* parent, const QString& sPrompt)> inputBox;
-    // A chosen path, or empty when the dialog was cancelled. sFilter as QFileDialog takes it.
-    std::function<QString(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter)> fileDialog;
+    // A chosen path, or empty when the dialog was cancelled. sFilter as QFileDialog takes it;
+    // sFolder is where the dialog starts.
+    std::function<QString(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
+                          const QString& sFolder)>
+        fileDialog;
 };
 
 // Replaces the dialogs; an empty function means the real Qt dialog.
 void Install(Dialogs dialogs);
 std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt);
-QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter);
+QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
+                   const QString& sFolder);
 
 }  // namespace panesdialogs

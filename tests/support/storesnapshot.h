@@ -19,21 +19,12 @@ struct StoreSnapshot {
     ByteString objectInfo;
     ByteString surfaceSpec;
     std::array<bool, kSectionCount> present{};
-    ByteString deltaStore;
-    std::vector<modDeclares::Palette> palData;
-    std::vector<std::int16_t> palIndex;
-    std::vector<modDeclares::DeltaEntry> deltaIndex;
-    std::array<std::int16_t, 8> palBase{};
-    std::array<std::int16_t, 6> spriteBase{};
-    std::vector<modDeclares::CarRecord> carInfo;
-    std::vector<std::uint8_t> recycle;
-    modDeclares::FontBase fontBase;
+    modDeclares::SharedStores shared;
 
     bool operator==(const StoreSnapshot&) const = default;
 };
 
 inline StoreSnapshot TakeSnapshot(const clsSTY& doc) {
-    using namespace modDeclares;
     return {doc.STYSpriteData,
             {doc.iTileCount, doc.iPalCount, doc.iPalxCount, doc.iSprxCount},
             {doc.lDelxBytes, doc.lDelsBytes, doc.lCariBytes},
@@ -42,15 +33,7 @@ inline StoreSnapshot TakeSnapshot(const clsSTY& doc) {
             doc.STYObjectInfo,
             doc.STYSurfaceSpec,
             doc.Present,
-            STYDeltaStore,
-            STYPalData,
-            STYPalIndex,
-            STYDeltaIndex,
-            STYPalBase,
-            STYSpriteBase,
-            STYCarInfo,
-            STYRecycle,
-            STYFontBase};
+            modDeclares::TakeSharedStores()};
 }
 
 }  // namespace testsupport

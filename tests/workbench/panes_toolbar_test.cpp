@@ -5,6 +5,13 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QFile>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QToolTip>
+#include <QTreeWidget>
 #include <QtTest>
 #include <filesystem>
 #include <fstream>
@@ -12,6 +19,7 @@
 #include "panes_fixture.h"
 #include "support/hookrecorder.h"
 #include "support/stylebytes.h"
+#include "workbench/frmprogress.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 
@@ -34,6 +42,34 @@ QImage ExpectedSprite(const clsSTY& doc, int s, bool transparent) {
     return img;
 }
 
+// What a user can see of a control, for comparing two windows.
+QString State(const QWidget* w) {
+    QString s = QString::fromLatin1(w->metaObject()->className());
+    const QRect g = w->geometry();
+    s += QStringLiteral(" %1,%2 %3x%4 shown %5 enabled %6")
+             .arg(g.x())
+             .arg(g.y())
+             .arg(g.width())
+             .arg(g.height())
+             .arg(w->isVisibleTo(w->window()))
+             .arg(w->isEnabled());
+    if (auto* l = qobject_cast<const QLabel*>(w))
+        s += " text " + l->text() + " " + l->palette().color(QPalette::Window).name();
+    if (auto* e = qobject_cast<const QLineEdit*>(w)) s += " text " + e->text();
+    if (auto* c = qobject_cast<const QComboBox*>(w)) s += QStringLiteral(" row %1").arg(c->currentIndex());
+    if (auto* t = qobject_cast<const QTabWidget*>(w)) s += QStringLiteral(" page %1").arg(t->currentIndex());
+    if (auto* t = qobject_cast<const QTreeWidget*>(w)) s += QStringLiteral(" rows %1").arg(t->topLevelItemCount());
+    if (auto* b = qobject_cast<const QScrollBar*>(w)) s += QStringLiteral(" value %1").arg(b->value());
+    if (auto* list = qobject_cast<const QListWidget*>(w)) {
+        s += QStringLiteral(" row %1 of").arg(list->currentRow());
+        for (int i = 0; i < list->count(); ++i) s += " " + list->item(i)->text();
+    }
+    if (auto* p = qobject_cast<const PictureBox*>(w))
+        s += " picture " +
+             QString::number(qHashBits(p->image().constBits(), static_cast<std::size_t>(p->image().sizeInBytes())));
+    return s;
+}
+
 bool SamePixels(const QImage& a, const QImage& b) {
     if (a.size() != b.size()) return false;
     for (int y = 0; y < a.height(); ++y)
@@ -48,6 +84,7 @@ class PanesToolbarTest : public QObject {
     Q_OBJECT
     std::unique_ptr<panestest::SampleWindow> s_;
     QStringList answers_;
+    QStringList folders_;  // where each dialog started
     frmSTY2& W() { return *s_->w; }
     std::string Copy(const std::string& name) {
         const std::string p = s_->dir.File(name);
@@ -59,9 +96,12 @@ private slots:
     void init() {
         s_ = std::make_unique<panestest::SampleWindow>();
         answers_.clear();
-        panesdialogs::Install({{}, [this](QWidget*, panesdialogs::FileMode, const QString&, const QString&) {
-                                   return answers_.isEmpty() ? QString() : answers_.takeFirst();
-                               }});
+        folders_.clear();
+        panesdialogs::Install(
+            {{}, [this](QWidget*, panesdialogs::FileMode, const QString&, const QString&, const QString& folder) {
+                 folders_ << folder;
+                 return answers_.isEmpty() ? QString() : answers_.takeFirst();
+             }});
     }
     void cleanup() {
         panesdialogs::Install({});
@@ -165,11 +205,18 @@ private slots:
         answers_ = {QString::fromStdString(a)};
         W().tlbMain_ButtonClick(QStringLiteral("open"));
         QCOMPARE(W().CurrentStylePath(), a);
+        // Dialogs start in the folder of the style in the window.
+        QCOMPARE(folders_.takeFirst(), QFileInfo(OMBREVALE_SAMPLE).absolutePath());
+        W().tlbMain_ButtonClick(QStringLiteral("saveas"));  // cancelled
+        QCOMPARE(folders_.takeFirst(), QString::fromStdString(s_->dir.path().string()));
         QCOMPARE(W().lstSprites->count(), 1816);
         // A change in the store, then "save" writes the opened file and keeps the old one as .bak.
         modDeclares::STYRecycle = {9, 255};
         W().tlbMain_ButtonClick(QStringLiteral("save"));
         QVERIFY(std::filesystem::exists(a + ".bak"));
+        // The save is told by a note that goes by itself, not by a box to close.
+        QVERIFY(QToolTip::isVisible());
+        QCOMPARE(QToolTip::text(), QStringLiteral("Saved a.sty"));
         clsSTY reread;
         QVERIFY(reread.LoadSTY(a));
         QCOMPARE(modDeclares::STYRecycle, (std::vector<std::uint8_t>{9, 255}));
@@ -193,26 +240,79 @@ private slots:
         QCOMPARE(static_cast<int>(hooks.messages().size()), 1);
     }
 
+    void openRefusedKeepsTheStyle_data() {
+        QTest::addColumn<QByteArray>("file");
+        const auto Of = [](const testsupport::Bytes& b) {
+            return QByteArray(reinterpret_cast<const char*>(b.data()), static_cast<qsizetype>(b.size()));
+        };
+        // The recycling list loads, then a section claims more bytes than the file holds.
+        QTest::newRow("cut short") << Of(testsupport::StyleBytes()
+                                             .Add("RECY", {1, 2, 255})
+                                             .AddWithSize("PPAL", 1 << 20, testsupport::Bytes(64, 1))
+                                             .bytes());
+        QTest::newRow("wrong magic") << Of(testsupport::StyleBytes("GBSX").Add("RECY", {1, 255}).bytes());
+        QTest::newRow("empty") << QByteArray();
+    }
     void openRefusedKeepsTheStyle() {
+        QFETCH(QByteArray, file);
         // Edits in memory survive an open of a file that does not load.
         modDeclares::STYRecycle = {3, 255};
         modDeclares::STYPalData[0][4] = 77;
         const auto tiles = W().Sty().STYTileStore.size();
         const std::string bad = s_->dir.File("bad.sty");
-        // The recycling list loads, then a section claims more bytes than the file holds.
-        testsupport::WriteFile(bad, testsupport::StyleBytes()
-                                        .Add("RECY", {1, 2, 255})
-                                        .AddWithSize("PPAL", 1 << 20, testsupport::Bytes(64, 1))
-                                        .bytes());
+        testsupport::WriteFile(bad, testsupport::Bytes(file.begin(), file.end()));
         answers_ = {QString::fromStdString(bad)};
         testsupport::HookRecorder hooks;
         W().tlbMain_ButtonClick(QStringLiteral("open"));
-        QVERIFY(!hooks.messages().empty());
+        QCOMPARE(static_cast<int>(hooks.messages().size()), 1);
+        // Told as what happened: nothing of the file stays.
+        QVERIFY2(hooks.messages()[0].find("still loaded") != std::string::npos, hooks.messages()[0].c_str());
+        QVERIFY2(hooks.messages()[0].find("were loaded") == std::string::npos, hooks.messages()[0].c_str());
+        QVERIFY(!modGTA2::LoadedInstance() || !modGTA2::LoadedInstance()->isVisible());
         QCOMPARE(modDeclares::STYRecycle, (std::vector<std::uint8_t>{3, 255}));
         QCOMPARE(static_cast<int>(modDeclares::STYPalData[0][4]), 77);
         QCOMPARE(W().Sty().STYTileStore.size(), tiles);
         QCOMPARE(W().lstSprites->count(), 1816);
         QVERIFY(W().CurrentStylePath().empty());
+    }
+
+    // After an open every pane shows what a start on that file shows.
+    void openStartsAfresh() {
+        W().show();
+        W().picMain_MouseUp(1, 0, 70, 130);
+        W().lstSprites->setCurrentRow(3);
+        W().lstRemaps->setCurrentRow(1);
+        W().cmbDeltas->setCurrentIndex(2);
+        W().SprTab->setCurrentIndex(1);
+        W().lstPalettes->setCurrentRow(3);
+        W().picPalette_MouseMove(40);
+        W().picPalette_MouseUp(40);
+        W().txtText->setText(QStringLiteral("ABC"));
+        W().cmdCreateText_Click();
+        W().vScroll->setValue(640);
+        W().tlbMain->findChild<QAction*>(QStringLiteral("trans"))->trigger();
+        W().MainTab->setCurrentIndex(2);
+        const std::string a = Copy("a.sty");
+        answers_ = {QString::fromStdString(a)};
+        W().tlbMain_ButtonClick(QStringLiteral("open"));
+        frmSTY2 fresh(a);
+        fresh.show();
+        // Drawn again at the width the shown window gives, as the open drew it.
+        fresh.cmdGen_Click();
+        QCOMPARE(W().sSelKind, fresh.sSelKind);
+        QCOMPARE(W().iSelNum, fresh.iSelNum);
+        QCOMPARE(W().Sty().DrawTransparent(), fresh.Sty().DrawTransparent());
+        const auto Controls = [](frmSTY2& w) {
+            return QList<QWidget*>{w.MainTab,    w.picMain,    w.vScroll,  w.lblIdx,    w.lstSprites, w.SprTab,
+                                   w.cmbDeltas,  w.picSprite,  w.lblSSize, w.lstRemaps, w.lstInfo,    w.lstPalettes,
+                                   w.picPalette, w.lblPalInfo, w.txtIdx,   w.txtRed,    w.txtGreen,   w.txtBlue,
+                                   w.lblColour,  w.txtText,    w.picFont,  w.lstRecy,   w.picTemp};
+        };
+        const auto mine = Controls(W()), theirs = Controls(fresh);
+        for (qsizetype i = 0; i < mine.size(); ++i) QCOMPARE(State(mine[i]), State(theirs[i]));
+        const auto myActions = W().findChildren<QAction*>(), theirActions = fresh.findChildren<QAction*>();
+        for (qsizetype i = 0; i < myActions.size(); ++i)
+            QCOMPARE(myActions[i]->isChecked(), theirActions[i]->isChecked());
     }
 
     void exportPicture_data() {

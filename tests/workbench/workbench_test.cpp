@@ -1,22 +1,27 @@
 // The main window and the progress window, driven offscreen.
 #include <QLabel>
 #include <QListWidget>
-#include "workbench/pacedprogressbar.h"
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTabWidget>
+#include <QTimer>
+#include <QWheelEvent>
+#include <QWindow>
 #include <QtTest>
 #include <memory>
+#include "workbench/pacedprogressbar.h"
 
 #include "style/moddeclares.h"
 #include "support/hookrecorder.h"
 #include "support/tempdir.h"
 #include "teststyle.h"
 #include "workbench/frmprogress.h"
-#include "workbench/pacedlabel.h"
 #include "workbench/frmsty2.h"
+#include "workbench/pacedlabel.h"
+#include "workbench/panes_events.h"
 #include "workbench/picturebox.h"
+#include "workbench/topmost.h"
 
 namespace {
 
@@ -125,7 +130,8 @@ private slots:
     void sheetSharesTheTilesBlocks() {
         auto w = Open(style_);
         const auto& store = w->Sty().STYTileStore;
-        for (std::size_t t = 0; t < store.size(); ++t) QVERIFY2(store[t].Block().use_count() >= 2, qPrintable(QString::number(t)));
+        for (std::size_t t = 0; t < store.size(); ++t)
+            QVERIFY2(store[t].Block().use_count() >= 2, qPrintable(QString::number(t)));
         const QImage before = SheetImage(*w);
         PixelBlock other;
         other.fill(3);
@@ -422,14 +428,54 @@ private slots:
         QCOMPARE(w->picMain->Tag, QStringLiteral("-1"));
     }
 
+    // The state changes in place: the same native window, never hidden on the way.
     void topMostUntilResizedVisible() {
         frmSTY2 w(style_);
         QVERIFY(w.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
         w.show();
+        const WId id = w.winId();
+        int hides = 0;
+        new PanesEventTap(&w, QEvent::Hide, [&hides](QEvent*) { ++hides; });
         w.resize(700, 600);
         QCoreApplication::processEvents();
         QVERIFY(!w.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+        QVERIFY(!w.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        workbench::SetTopMost(&w, true);
+        QVERIFY(w.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QCOMPARE(w.winId(), id);
+        QCOMPARE(hides, 0);
         QVERIFY(w.isVisible());
+    }
+
+    void wheelOverSheetScrollsAsOverTheBar() {
+        auto w = Open(style_);
+        const auto Wheel = [](QWidget* target) {
+            QWheelEvent e(QPointF(5, 5), target->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120), Qt::NoButton,
+                          Qt::NoModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(target, &e);
+        };
+        Wheel(w->vScroll);
+        const int byBar = w->vScroll->value();
+        QVERIFY(byBar > 0);
+        w->vScroll->setValue(0);
+        Wheel(w->picMain);
+        QCOMPARE(w->vScroll->value(), byBar);
+        QCOMPARE(w->picMain->y(), -byBar);
+    }
+
+    void messageBoxesBelongToTheWindow() {
+        modGTA2::InstallAsDocumentHooks();
+        auto w = Open(style_);
+        QWidget* parent = nullptr;
+        QTimer::singleShot(0, [&parent] {
+            QWidget* box = QApplication::activeModalWidget();
+            if (!box) return;
+            parent = box->parentWidget();
+            box->close();
+        });
+        MsgBox("a message");
+        InstallDocumentHooks({});
+        QCOMPARE(parent, static_cast<QWidget*>(w.get()));
     }
 
     void scrollBarMovesSheet() {

@@ -226,7 +226,10 @@ std::vector<SpriteArt> BuildMapObjects() {
 
 std::vector<SpriteArt> BuildUserSprites() {
     std::vector<SpriteArt> out;
-    for (int i = 0; i < kUserSprites; ++i) out.push_back(UserSprite(i));
+    for (int i = 0; i + 1 < kUserSprites; ++i) out.push_back(UserSprite(i));
+    // The last user sprite stands right before the glyph of '!', where the text
+    // pane looks for a space: make it the blank glyph a font has for one.
+    out.push_back(Blank(8, 16, kUserPal));
     return out;
 }
 

@@ -9,6 +9,7 @@
 #include "cliargs.h"
 
 class clsSTY;
+struct LoadReport;
 
 namespace cli {
 
@@ -21,8 +22,8 @@ int RunImportPalette(const Args& args);
 int RunExport(const Args& args);
 int RunSheet(const Args& args);
 
-// Loads a style or throws Failure with the document's reason.
-void LoadStyle(clsSTY& doc, const std::string& path);
+// Loads a style or throws Failure with the document's reason; the report holds the warnings.
+LoadReport LoadStyle(clsSTY& doc, const std::string& path);
 
 // value must lie in lo..hi, or the command fails naming the range.
 void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo, std::int64_t hi);

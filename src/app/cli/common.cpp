@@ -9,9 +9,22 @@ namespace fs = std::filesystem;
 
 namespace cli {
 
-void LoadStyle(clsSTY& doc, const std::string& path) {
-    DocumentVoice voice;
-    if (!doc.LoadSTY(path)) throw Failure(path, voice.Take(path, "cannot be loaded"));
+LoadReport LoadStyle(clsSTY& doc, const std::string& path) {
+    LoadReport report;
+    if (doc.LoadSTY(path, report)) return report;
+    using Outcome = LoadReport::Outcome;
+    switch (report.outcome) {
+        case Outcome::NotAStyle:
+            throw Failure(path, "not a style file (it does not begin with GBST)");
+        case Outcome::Unreadable:
+            throw Failure(path, "cannot be read: " + report.problem);
+        case Outcome::CutShort:
+            throw Failure(path, "could not be read to its end: " + report.problem);
+        case Outcome::Damaged:
+        case Outcome::Loaded:
+            break;
+    }
+    throw Failure(path, "is damaged: " + report.problem);
 }
 
 void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo,

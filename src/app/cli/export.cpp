@@ -47,6 +47,14 @@ private:
     bool shown_, drawn_ = false;
 };
 
+// PNG has no picture of no pixels; such a sprite is named and left out.
+bool SkipEmptyInPng(const clsSTY& doc, const Args& args, int s, const std::string& what) {
+    if (!args.png || (doc.GetSpriteWidth(s) > 0 && doc.GetSpriteHeight(s) > 0)) return false;
+    std::fprintf(stderr, "ombrevale-cli: %s is %dx%d pixels, which PNG cannot hold: skipped\n", what.c_str(),
+                 doc.GetSpriteWidth(s), doc.GetSpriteHeight(s));
+    return true;
+}
+
 struct Job {
     std::string path;
     std::function<void(const std::string&)> write;
@@ -73,6 +81,7 @@ int RunExport(const Args& args) {
     for (int s = 0; s < doc.GetNumOfSprx(); ++s) {
         CheckSprite(doc, style, s);
         CheckedSpritePalette(doc, style, s, -1);
+        if (SkipEmptyInPng(doc, args, s, "sprite " + std::to_string(s))) continue;
         jobs.push_back(
             {(dir / "sprites" / (Numbered("sprite", s, 4) + ext)).string(), [&doc, s, &args](const std::string& p) {
                  WritePicture(p, args.png, [&](const std::string& bmp) {
@@ -90,6 +99,8 @@ int RunExport(const Args& args) {
         CheckSprite(doc, style, s);
         CheckedSpritePalette(doc, style, s, -1);
         for (int d = 0; d < entry.deltaCount; ++d) {
+            if (SkipEmptyInPng(doc, args, s, "delta " + std::to_string(d) + " of sprite " + std::to_string(s)))
+                continue;
             const std::string name = Numbered("sprite", s, 4) + "-" + Numbered("delta", d, 2) + ext;
             jobs.push_back({(dir / "deltas" / name).string(), [&doc, s, d, &args](const std::string& p) {
                                 WritePicture(p, args.png, [&](const std::string& bmp) {

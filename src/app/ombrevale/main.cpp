@@ -2,6 +2,7 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QFileInfo>
 #include <QTimer>
 #include <chrono>
 #include <cstdio>
@@ -14,9 +15,11 @@
 #include <dlfcn.h>
 #endif
 
+#include "style/hooks.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
+#include "workbench/workfolder.h"
 
 namespace {
 
@@ -44,12 +47,11 @@ private:
 };
 
 // OMBREVALE_STARTUP_TIMING=1: once the sheet's first paint has been flushed,
-// report on stderr, and end once what follows the first paint has run. The wall clock (CLOCK_REALTIME, ns) lets a caller
-// that noted the clock before the start measure from the exec itself.
+// report on stderr, and end once what follows the first paint has run. The wall clock (CLOCK_REALTIME, ns) lets a
+// caller that noted the clock before the start measure from the exec itself.
 class FirstSheetPaint : public QObject {
 public:
-    FirstSheetPaint(const QElapsedTimer& sinceMain, const frmSTY2& window)
-        : sinceMain_(sinceMain), window_(window) {}
+    FirstSheetPaint(const QElapsedTimer& sinceMain, frmSTY2& window) : sinceMain_(sinceMain), window_(window) {}
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -62,10 +64,12 @@ protected:
                                   .count();
             std::fprintf(stderr,
                          "start to sheet shown: %.1f ms; render %.1f ms, of it RenderTile (temp.bmp) %.1f ms\n"
+                         "tiles drawn %d of %d\n"
                          "first paint at %lld\n",
                          static_cast<double>(sinceMain_.nsecsElapsed()) / 1e6,
                          static_cast<double>(window_.LastRenderNs()) / 1e6,
-                         static_cast<double>(window_.LastTileRoadNs()) / 1e6, static_cast<long long>(wall));
+                         static_cast<double>(window_.LastTileRoadNs()) / 1e6, window_.LastTilesDrawn(),
+                         static_cast<int>(window_.Sty().GetNumOfTiles()), static_cast<long long>(wall));
             // The work put off until after the first paint still counts
             // towards the peak memory a caller measures: let it run first.
             QTimer::singleShot(kSettleMs, qApp, [] { QCoreApplication::exit(0); });
@@ -75,7 +79,7 @@ protected:
 
 private:
     const QElapsedTimer& sinceMain_;
-    const frmSTY2& window_;
+    frmSTY2& window_;
     bool seen_ = false;
 };
 
@@ -89,7 +93,10 @@ int main(int argc, char* argv[]) {
     fonts.Join();
     modGTA2::InstallAsDocumentHooks();
     std::optional<std::string> style;
-    if (argc > 1) style = QString::fromLocal8Bit(argv[1]).toStdString();
+    // Named from the folder the user started in, before the working folder becomes the current one.
+    if (argc > 1) style = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath().toStdString();
+    const workbench::WorkFolder work;
+    if (!work.Problem().isEmpty()) MsgBox(work.Problem().toStdString(), "Ombrevale", MsgIcon::Exclamation);
     frmSTY2 window(style);
     std::optional<FirstSheetPaint> timing;
     if (const char* t = std::getenv("OMBREVALE_STARTUP_TIMING"); t && *t == '1') {

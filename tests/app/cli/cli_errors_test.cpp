@@ -86,7 +86,9 @@ Bytes CutInsideSprites() {
     b.resize(b.size() - 400000);
     return b;
 }
-Bytes CutInsideSectionHead() { return testsupport::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C'}).bytes(); }
+Bytes CutInsideSectionHead() {
+    return testsupport::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C', 'Y', 1}).bytes();
+}
 Bytes NegativeSize() { return testsupport::StyleBytes().AddWithSize("ZZZZ", -8, {}).bytes(); }
 Bytes HugeTileCount() { return testsupport::StyleBytes().AddWithSize("TILE", 0x7FFFF000, Bytes(16384, 1)).bytes(); }
 

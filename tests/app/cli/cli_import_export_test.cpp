@@ -148,7 +148,9 @@ TEST(CliExport, WritesEveryPictureAndPaletteUnderItsNameAndPngMatchesBmp) {
 
 // A style of four tiles in two palettes, tile 1 holding colour 0.
 // lastTilePalette lets a test point tile 3 at a palette the file does not hold.
-std::string SmallSheetStyle(const testsupport::TempDir& dir, int lastTilePalette = 63) {
+// extra: further sections, as tag and payload.
+std::string SmallSheetStyle(const testsupport::TempDir& dir, int lastTilePalette = 63,
+                            const std::vector<std::pair<std::string, Bytes>>& extra = {}) {
     std::vector<testsupport::TilePixels> tiles(4);
     for (int t = 0; t < 4; ++t)
         for (int i = 0; i < 4096; ++i)
@@ -162,14 +164,35 @@ std::string SmallSheetStyle(const testsupport::TempDir& dir, int lastTilePalette
             pals[p][c * 4 + 2] = static_cast<std::uint8_t>(255 - c);
         }
     const std::string path = dir.File("small.sty");
-    testsupport::WriteFile(
-        path, testsupport::StyleBytes()
-                  .Add("TILE", testsupport::TilePayload(tiles))
-                  .Add("PPAL", testsupport::PalettePayload(pals))
-                  .Add("PALX", testsupport::Cat({testsupport::LE16(0), testsupport::LE16(5), testsupport::LE16(5),
-                                                 testsupport::LE16(lastTilePalette)}))
-                  .bytes());
+    testsupport::StyleBytes file;
+    file.Add("TILE", testsupport::TilePayload(tiles))
+        .Add("PPAL", testsupport::PalettePayload(pals))
+        .Add("PALX", testsupport::Cat({testsupport::LE16(0), testsupport::LE16(5), testsupport::LE16(5),
+                                       testsupport::LE16(lastTilePalette)}));
+    for (const auto& [tag, payload] : extra) file.Add(tag, payload);
+    testsupport::WriteFile(path, file.bytes());
     return path;
+}
+
+TEST(CliExport, PngLeavesOutASpriteOfNoPixelsAndSaysSo) {
+    using testsupport::LE16, testsupport::LE32, testsupport::Cat;
+    testsupport::TempDir dir;
+    // Sprite 0 is 2 x 1 pixels, sprite 1 is 0 x 0.
+    const std::string style = SmallSheetStyle(
+        dir, 63, {{"SPRX", Cat({LE32(0), {2, 1}, LE16(0), LE32(0), {0, 0}, LE16(0)})}, {"SPRG", Bytes(256, 9)}});
+    for (const bool png : {false, true}) {
+        const fs::path out = dir.path() / (png ? "png" : "bmp");
+        std::vector<std::string> args = {"export", style, out.string()};
+        if (png) args.push_back("--png");
+        const auto r = clitest::RunCli(args);
+        ASSERT_EQ(r.exitCode, 0) << r.err;
+        const char* ext = png ? ".png" : ".bmp";
+        EXPECT_TRUE(fs::exists(out / (std::string("sprites/sprite-0000") + ext)));
+        EXPECT_EQ(fs::exists(out / (std::string("sprites/sprite-0001") + ext)), !png);
+        EXPECT_EQ(r.ErrLines().size(), png ? 1u : 0u) << r.err;
+        EXPECT_EQ(r.err.find("sprite 1 is 0x0 pixels") != std::string::npos, png) << r.err;
+    }
+    EXPECT_EQ(fs::file_size(dir.path() / "bmp/sprites/sprite-0001.bmp"), 1078u);
 }
 
 struct SheetCase {

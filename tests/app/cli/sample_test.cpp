@@ -1,6 +1,8 @@
 // The committed sample is exactly what the generator writes, and it is what it claims to be.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "runprogram.h"
 #include "style/clssty.h"
 #include "support/stylebytes.h"
@@ -47,6 +49,10 @@ TEST(SampleStyle, HoldsEverySectionAFullTileSetAndTheFontGlyphs) {
         EXPECT_GT(r.width, 0);
         EXPECT_GT(r.height, 0);
     }
+    // The font pane draws a space with the sprite before '!': a blank glyph.
+    const ByteString space = doc.GetBits(1365);
+    EXPECT_FALSE(space.empty());
+    EXPECT_TRUE(std::all_of(space.begin(), space.end(), [](std::uint8_t b) { return b == 0; }));
     for (const auto& r : doc.STYSpriteIndex)
         EXPECT_LE(static_cast<std::size_t>(r.offset) + static_cast<std::size_t>((r.height - 1) * 256 + r.width),
                   doc.STYSpriteData.size());

@@ -1,14 +1,20 @@
-// OMBREVALE_STARTUP_TIMING=1, which scripts/bench times start-up by: the
-// window opens on the sample, draws its sheet through temp.bmp in the
-// current folder, reports the wall clock of the sheet's first paint and ends.
+// The window program as a process, in the start-up timing mode that
+// scripts/bench times start-up by: it opens on a style, draws its sheet,
+// reports the wall clock of the sheet's first paint and ends. Its working file
+// lives in a private folder of its own, whatever the folder it starts in.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <string>
 
 #include "../cli/runprogram.h"
+#include "support/stylebytes.h"
 #include "support/tempdir.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -17,12 +23,24 @@ long long WallNs() {
         .count();
 }
 
-TEST(StartupTiming, ReportsTheSheetsFirstPaintOnTheWallClockAndEnds) {
-    testsupport::TempDir dir;
-    testsupport::ScopedCurrentDir cwd(dir.path());
+enum class Folder { Plain, LinkNamedTempBmp, TempBmpCannotBeWritten };
+
+class StartupTiming : public ::testing::TestWithParam<Folder> {};
+
+TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
+    testsupport::TempDir start, runtime, elsewhere;
+    const std::string target = elsewhere.File("precious.txt");
+    testsupport::WriteFile(target, testsupport::Text("keep me"));
+    if (GetParam() == Folder::LinkNamedTempBmp) fs::create_symlink(target, start.path() / "temp.bmp");
+    // A folder in its place: not even root can write the file there.
+    if (GetParam() == Folder::TempBmpCannotBeWritten) fs::create_directory(start.path() / "temp.bmp");
+    fs::copy_file(clitest::kSample, start.path() / "style.sty");
+    testsupport::ScopedCurrentDir cwd(start.path());
+    setenv("XDG_RUNTIME_DIR", runtime.path().c_str(), 1);
     const long long before = WallNs();
-    const auto r = clitest::Run(OMBREVALE_WINDOW, {clitest::kSample});
+    const auto r = clitest::Run(OMBREVALE_WINDOW, {"style.sty"});  // named from the start folder
     const long long after = WallNs();
+    unsetenv("XDG_RUNTIME_DIR");
     ASSERT_EQ(r.exitCode, 0) << r.err;
     long long painted = -1;
     int timings = 0;
@@ -33,7 +51,14 @@ TEST(StartupTiming, ReportsTheSheetsFirstPaintOnTheWallClockAndEnds) {
     EXPECT_EQ(timings, 1) << r.err;
     EXPECT_GE(painted, before) << r.err;
     EXPECT_LE(painted, after) << r.err;
-    EXPECT_TRUE(std::filesystem::exists(dir.path() / "temp.bmp"));
+    EXPECT_NE(r.err.find("tiles drawn 992 of 992"), std::string::npos) << r.err;
+    // Nothing written where the program started or through the link; the private folder is gone.
+    EXPECT_EQ(testsupport::ReadFile(target), testsupport::Text("keep me"));
+    EXPECT_EQ(fs::exists(start.path() / "temp.bmp"), GetParam() != Folder::Plain);
+    EXPECT_TRUE(fs::is_empty(runtime.path()));
 }
+
+INSTANTIATE_TEST_SUITE_P(Folders, StartupTiming,
+                         ::testing::Values(Folder::Plain, Folder::LinkNamedTempBmp, Folder::TempBmpCannotBeWritten));
 
 }  // namespace
