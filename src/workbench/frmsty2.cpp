@@ -19,6 +19,7 @@
 #include "workbench/toolbarimages.h"
 #include "workbench/topmost.h"
 #include "workbench/twips.h"
+#include "workbench/windowsfonts.h"
 
 using twips::Place;
 
@@ -29,6 +30,10 @@ constexpr int kSheetTop = -120;
 frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     : QWidget(parent), commandLinePath_(std::move(stylePath)) {
     // Form_Initialize: Qt's widgets need no common-controls set-up.
+    workbench::UseWindowsFontMetrics();
+    QFont font(QStringLiteral("Microsoft Sans Serif"));
+    font.setPointSizeF(8.25);
+    setFont(font);
     setWindowTitle(QStringLiteral("Ombrevale v0.1"));
     setWindowIcon(imgToolBar::WindowIcon());
     resize(twips::ToPx(8910), twips::ToPx(7710));
