@@ -20,9 +20,7 @@ const std::string kSample = OMBREVALE_SAMPLE;
 
 std::string TempPath(const char* name) { return (std::filesystem::temp_directory_path() / name).string(); }
 
-std::int64_t FileBytes(const std::string& path) {
-    return static_cast<std::int64_t>(std::filesystem::file_size(path));
-}
+std::int64_t FileBytes(const std::string& path) { return static_cast<std::int64_t>(std::filesystem::file_size(path)); }
 
 void BM_LoadSTY(benchmark::State& state) {
     clsSTY doc;

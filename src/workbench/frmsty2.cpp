@@ -15,6 +15,7 @@
 
 #include "settings/cregistry.h"
 #include "style/moddeclares.h"
+#include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
 #include "workbench/toolbarimages.h"
 #include "workbench/topmost.h"
@@ -239,19 +240,19 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
             int code = 0;
             switch (ke->key()) {
                 case Qt::Key_Escape:
-                    code = 27;
+                    code = keycodes::vbKeyEscape;
                     break;
                 case Qt::Key_Down:
-                    code = 40;
+                    code = keycodes::vbKeyDown;
                     break;
                 case Qt::Key_Up:
-                    code = 38;
+                    code = keycodes::vbKeyUp;
                     break;
                 case Qt::Key_PageDown:
-                    code = 34;
+                    code = keycodes::vbKeyPageDown;
                     break;
                 case Qt::Key_PageUp:
-                    code = 33;
+                    code = keycodes::vbKeyPageUp;
                     break;
                 default:
                     break;

@@ -8,6 +8,7 @@
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
+#include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
 
 namespace {
@@ -120,19 +121,19 @@ void frmSTY2::Form_KeyDown(int KeyCode, int /*Shift*/) {
     const int minV = vScroll->minimum();
     int value = vScroll->value();
     switch (KeyCode) {
-        case 27:
+        case keycodes::vbKeyEscape:
             close();
             return;
-        case 40:
+        case keycodes::vbKeyDown:
             value = std::min(value + vScroll->singleStep(), maxV);
             break;
-        case 38:
+        case keycodes::vbKeyUp:
             value = std::max(value - vScroll->singleStep(), minV);
             break;
-        case 34:
+        case keycodes::vbKeyPageDown:
             value = std::min(value + vScroll->pageStep(), maxV);
             break;
-        case 33:
+        case keycodes::vbKeyPageUp:
             value = std::max(value - vScroll->pageStep(), minV);
             break;
         default:

@@ -19,9 +19,7 @@ void PacedLabel::setText(const QString& text) {
     pacer_.Changed();
 }
 
-QSize PacedLabel::sizeHint() const {
-    return fontMetrics().boundingRect(QRect(0, 0, 2000, 2000), kFlags, text_).size();
-}
+QSize PacedLabel::sizeHint() const { return fontMetrics().boundingRect(QRect(0, 0, 2000, 2000), kFlags, text_).size(); }
 
 void PacedLabel::paintEvent(QPaintEvent*) {
     pacer_.Painted();

@@ -1,8 +1,8 @@
 #include "workbench/picturebox.h"
 
+#include <fcntl.h>
 #include <QMouseEvent>
 #include <QPainter>
-#include <fcntl.h>
 
 #include <algorithm>
 #include <cstring>

@@ -60,8 +60,8 @@ private:
     // Neither table nor colours: background.
     struct Block {
         std::shared_ptr<const ColourTable> table;
-        SharedPixelBlock numbers;           // with table: kSide * kSide colour numbers
-        std::vector<QRgb> colours;          // kSide * kSide colours
+        SharedPixelBlock numbers;   // with table: kSide * kSide colour numbers
+        std::vector<QRgb> colours;  // kSide * kSide colours
     };
 
     Block& BlockAt(int x, int y) const;

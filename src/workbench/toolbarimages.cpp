@@ -14,7 +14,8 @@ void Page(QPainter& p, const QRectF& r) {
     p.setBrush(Qt::white);
     p.drawRect(r);
     p.setPen(QPen(QColor(0x90, 0x90, 0x90), 1));
-    for (qreal y = r.top() + 3; y < r.bottom() - 1; y += 2) p.drawLine(QPointF(r.left() + 2, y), QPointF(r.right() - 2, y));
+    for (qreal y = r.top() + 3; y < r.bottom() - 1; y += 2)
+        p.drawLine(QPointF(r.left() + 2, y), QPointF(r.right() - 2, y));
 }
 
 void Arrow(QPainter& p, qreal x0, qreal x1, qreal y, const QColor& c) {
@@ -23,7 +24,8 @@ void Arrow(QPainter& p, qreal x0, qreal x1, qreal y, const QColor& c) {
     const qreal dir = x1 > x0 ? -1 : 1;
     p.setBrush(c);
     p.setPen(Qt::NoPen);
-    p.drawPolygon(QPolygonF({QPointF(x1 - dir, y), QPointF(x1 + 3.5 * dir, y - 3.5), QPointF(x1 + 3.5 * dir, y + 3.5)}));
+    p.drawPolygon(
+        QPolygonF({QPointF(x1 - dir, y), QPointF(x1 + 3.5 * dir, y - 3.5), QPointF(x1 + 3.5 * dir, y + 3.5)}));
 }
 
 void Open(QPainter& p) {

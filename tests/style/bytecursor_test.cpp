@@ -46,14 +46,19 @@ private:
 // One step of a script, applied alike to both cursors; returns what it read.
 std::vector<std::int64_t> Step(ByteCursor& in, int op, std::size_t n) {
     switch (op) {
-        case 0: return {in.U8()};
-        case 1: return {in.U16()};
-        case 2: return {in.I32()};
+        case 0:
+            return {in.U8()};
+        case 1:
+            return {in.U16()};
+        case 2:
+            return {in.I32()};
         case 3: {
             const auto s = in.Take(n);
             return std::vector<std::int64_t>(s.begin(), s.end());
         }
-        case 4: in.Skip(n); return {};
+        case 4:
+            in.Skip(n);
+            return {};
         default: {
             std::vector<std::uint8_t> to(n);
             const bool ok = in.CopyTo(to.data(), n);
@@ -73,7 +78,8 @@ TEST(ByteCursorStream, ReadsWhatMemoryReadsHoweverTheStreamSplits) {
     Bytes bytes(300000);
     std::mt19937 fill(7);
     for (auto& b : bytes) b = static_cast<std::uint8_t>(fill());
-    const TrickleCase cases[] = {{"1 to 7 bytes a call", 0}, {"one byte a call", 1}, {"4093 a call", 4093}, {"all at once", 1 << 20}};
+    const TrickleCase cases[] = {
+        {"1 to 7 bytes a call", 0}, {"one byte a call", 1}, {"4093 a call", 4093}, {"all at once", 1 << 20}};
     for (const TrickleCase& c : cases) {
         for (unsigned seed = 1; seed <= 4; ++seed) {
             SCOPED_TRACE(std::string(c.name) + ", seed " + std::to_string(seed));

@@ -2,7 +2,6 @@
 // tile replaced whole never changes a tile or a picture that shared its block.
 #include <gtest/gtest.h>
 
-
 #include "style/clssty.h"
 #include "style/pixelblock.h"
 #include "support/stylebytes.h"
@@ -30,10 +29,8 @@ TEST(PixelBlock, EqualBytesAreOneBlockUntilTheLastHolderGoes) {
     auto firstDiffers = Pattern(3);
     firstDiffers.front() ^= 0x80;
     const PairCase cases[] = {
-        {"zeros", TilePixels{}, TilePixels{}, true},
-        {"same pattern", Pattern(3), Pattern(3), true},
-        {"last byte differs", Pattern(3), lastDiffers, false},
-        {"first byte differs", Pattern(3), firstDiffers, false},
+        {"zeros", TilePixels{}, TilePixels{}, true},           {"same pattern", Pattern(3), Pattern(3), true},
+        {"last byte differs", Pattern(3), lastDiffers, false}, {"first byte differs", Pattern(3), firstDiffers, false},
         {"other pattern", Pattern(3), Pattern(4), false},
     };
     for (const PairCase& c : cases) {
@@ -56,8 +53,7 @@ TEST(PixelBlock, LoadedTwinTilesShareAndAnEditLeavesTheTwin) {
     const std::vector<TilePixels> tiles = {Pattern(1), Pattern(2), Pattern(1), Pattern(9)};
     testsupport::TempDir dir;
     const std::string path = dir.File("twins.sty");
-    testsupport::WriteFile(path,
-                           testsupport::StyleBytes().Add("TILE", testsupport::TilePayload(tiles)).bytes());
+    testsupport::WriteFile(path, testsupport::StyleBytes().Add("TILE", testsupport::TilePayload(tiles)).bytes());
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(path));
     ASSERT_EQ(doc.STYTileStore.size(), 4u);

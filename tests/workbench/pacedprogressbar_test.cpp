@@ -21,11 +21,21 @@ struct Op {
 template <typename Bar>
 void Apply(Bar& bar, const Op& op) {
     switch (op.kind) {
-        case 'm': bar.setMinimum(op.a); break;
-        case 'M': bar.setMaximum(op.a); break;
-        case 'r': bar.setRange(op.a, op.b); break;
-        case 'v': bar.setValue(op.a); break;
-        case 'x': bar.reset(); break;
+        case 'm':
+            bar.setMinimum(op.a);
+            break;
+        case 'M':
+            bar.setMaximum(op.a);
+            break;
+        case 'r':
+            bar.setRange(op.a, op.b);
+            break;
+        case 'v':
+            bar.setValue(op.a);
+            break;
+        case 'x':
+            bar.reset();
+            break;
     }
 }
 
@@ -54,8 +64,9 @@ private slots:
         QTest::newRow("inverted range") << QList<Op>{{'r', 20, 10}, {'v', 20, 0}};
         QTest::newRow("file length as maximum, sections as steps")
             << QList<Op>{{'M', 5347349, 0}, {'m', 1, 0}, {'v', 12, 0}, {'v', 4063268, 0}, {'v', 5347349, 0}};
-        QTest::newRow("extremes") << QList<Op>{{'m', -2147483647, 0}, {'M', 2147483647, 0}, {'v', INT_MIN, 0},
-                                               {'v', 2147483647, 0}, {'x', 0, 0}, {'m', INT_MIN, 0}, {'x', 0, 0}};
+        QTest::newRow("extremes") << QList<Op>{
+            {'m', -2147483647, 0}, {'M', 2147483647, 0}, {'v', INT_MIN, 0}, {'v', 2147483647, 0},
+            {'x', 0, 0},           {'m', INT_MIN, 0},    {'x', 0, 0}};
     }
     void numbersAsQProgressBar() {
         QFETCH(QList<Op>, ops);
@@ -123,7 +134,8 @@ private slots:
         const qint64 burstMs = clock.elapsed();
         QTRY_VERIFY_WITH_TIMEOUT(!drawn.isEmpty() && drawn.last() == 999, 1000);
         const qint64 frames = burstMs / 16 + 2;
-        QVERIFY2(drawn.size() <= frames + 1, qPrintable(QStringLiteral("%1 paints in %2 ms").arg(drawn.size()).arg(burstMs)));
+        QVERIFY2(drawn.size() <= frames + 1,
+                 qPrintable(QStringLiteral("%1 paints in %2 ms").arg(drawn.size()).arg(burstMs)));
     }
 
     void labelLooksLikeQLabel_data() {

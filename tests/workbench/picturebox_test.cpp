@@ -73,7 +73,6 @@ void Paint(PictureBox& box, const QImage& img) {
         }
 }
 
-
 // The picture as one plain image, drawn the simplest way: what PictureBox's
 // blocks must always add up to.
 struct Reference {
@@ -178,11 +177,14 @@ private slots:
         }
         if (kind == "topdown") Put32(b, 22, static_cast<std::uint32_t>(-h));
         if (kind == "short") b.resize(b.size() - 10);
-        if (kind == "rgb24") QVERIFY(Pattern(w, h, 3).convertToFormat(QImage::Format_RGB888).save(QString::fromStdString(path), "BMP"));
+        if (kind == "rgb24")
+            QVERIFY(Pattern(w, h, 3).convertToFormat(QImage::Format_RGB888).save(QString::fromStdString(path), "BMP"));
         if (kind == "png") QVERIFY(Pattern(w, h, 3).save(QString::fromStdString(path), "PNG"));
         if (kind == "junk") b.assign(2000, 0x42);
-        if (kind == "missing") std::remove(path.c_str());
-        else if (kind != "rgb24" && kind != "png") WriteAll(path, b);
+        if (kind == "missing")
+            std::remove(path.c_str());
+        else if (kind != "rgb24" && kind != "png")
+            WriteAll(path, b);
 
         PictureBox box;
         box.resize(boxW, boxH);

@@ -18,6 +18,7 @@
 #include "teststyle.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
+#include "workbench/keycodes.h"
 #include "workbench/pacedlabel.h"
 #include "workbench/panes_events.h"
 #include "workbench/picturebox.h"
@@ -402,7 +403,7 @@ private slots:
             ++inner;
             if (what == "refresh") w->cmdGen_Click();
             if (what == "click") w->picMain_MouseUp(1, 0, 70, 130);
-            if (what == "key") w->Form_KeyDown(34, 0);
+            if (what == "key") w->Form_KeyDown(keycodes::vbKeyPageDown, 0);
         };
         {
             ScopedDocumentHooks scoped(h);
