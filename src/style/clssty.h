@@ -12,16 +12,15 @@
 
 #include "style/bytes.h"
 #include "style/moddeclares.h"
+#include "style/problem.h"
 #include "style/tile.h"
 
 class PictureControl;
 
 // What a load found, for a host that words its own messages.
 struct LoadReport {
-    enum class Outcome { Loaded, Unreadable, NotAStyle, Damaged, CutShort };
-    Outcome outcome = Outcome::Loaded;
-    // What is wrong, in plain words, without the file's name.
-    std::string problem;
+    // Nothing when the file loaded; else what is wrong, without the file's name.
+    ombrevale::Outcome problem;
     // True when sections before the problem were read into the stores.
     bool sectionsKept = false;
     // The file loaded, but these parts of it hold nothing or were passed over.
@@ -68,6 +67,8 @@ public:
     // The same load, telling nothing through the message hook: the report says it all.
     bool LoadSTY(const std::string& Sprg, LoadReport& report);
     bool SaveSTY(const std::string& sFile) const;
+    // The same save, telling nothing: what went wrong, without the file's name.
+    ombrevale::Outcome TrySaveSTY(const std::string& path) const;
 
     std::int32_t GetCol(std::int32_t Pal, std::int32_t Col) const;
     bool RenderSprite(std::int32_t idx, PictureControl& PicBox, std::int16_t& Pal);

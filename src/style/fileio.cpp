@@ -19,35 +19,38 @@ namespace fs = std::filesystem;
 
 namespace styleio {
 
-bool InputFile::Open(const std::string& path, std::string& why) {
+namespace {
+
+using ombrevale::Outcome;
+using ombrevale::Problem;
+
+Outcome Unreadable(std::string why) { return Problem{Problem::Kind::Unreadable, std::move(why)}; }
+Outcome Unwritable(std::string why) { return Problem{Problem::Kind::Unwritable, std::move(why)}; }
+
+#ifdef __linux__
+// O_EXCL refuses whatever stands at the path, a link included.
+int CreateAnew(const std::string& path) {
+    return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
+}
+#endif
+
+}  // namespace
+
+Outcome InputFile::Open(const std::string& path) {
     std::error_code ec;
     const auto status = fs::status(path, ec);
-    if (ec || !fs::exists(status)) {
-        why = "there is no such file";
-        return false;
-    }
-    if (fs::is_directory(status)) {
-        why = "it is a folder, not a file";
-        return false;
-    }
+    if (ec || !fs::exists(status)) return Unreadable("there is no such file");
+    if (fs::is_directory(status)) return Unreadable("it is a folder, not a file");
     in_.open(path, std::ios::binary);
-    if (!in_) {
-        why = "it cannot be opened for reading";
-        return false;
-    }
+    if (!in_) return Unreadable("it cannot be opened for reading");
     in_.seekg(0, std::ios::end);
     const std::streamoff length = in_.tellg();
     in_.seekg(0, std::ios::beg);
-    if (length < 0 || !in_) {
-        why = "its length cannot be read";
-        return false;
-    }
-    if (static_cast<std::uintmax_t>(length) > kMaxStyleFileBytes) {
-        why = "it is " + GroupedNumber(length) + " bytes long, larger than any style file";
-        return false;
-    }
+    if (length < 0 || !in_) return Unreadable("its length cannot be read");
+    if (static_cast<std::uintmax_t>(length) > kMaxStyleFileBytes)
+        return Unreadable("it is " + GroupedNumber(length) + " bytes long, larger than any style file");
     length_ = static_cast<std::size_t>(length);
-    return true;
+    return std::nullopt;
 }
 
 std::size_t InputFile::Read(std::uint8_t* to, std::size_t n) {
@@ -106,7 +109,7 @@ bool CopyInKernel(const std::string& from, const std::string& to, std::string& w
         return false;
     }
     struct stat st {};
-    const int out = fstat(in, &st) == 0 ? open(to.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666) : -1;
+    const int out = fstat(in, &st) == 0 ? CreateAnew(to) : -1;
     if (out < 0) {
         close(in);
         why = "the copy cannot be made";
@@ -139,39 +142,64 @@ bool CopyInKernel(const std::string& from, const std::string& to, std::string& w
 
 }  // namespace
 
-bool CopyWholeFile(const std::string& from, const std::string& to, std::string& why) {
+Outcome CopyWholeFile(const std::string& from, const std::string& to) {
+    std::string why;
 #ifdef __linux__
-    return CopyInKernel(from, to, why);
+    const bool copied = CopyInKernel(from, to, why);
 #else
-    return CopyThroughStreams(from, to, why);
+    const bool copied = CopyThroughStreams(from, to, why);
 #endif
+    if (copied) return std::nullopt;
+    return Unwritable(why);
 }
 
-bool ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string& why) {
+#ifdef __linux__
+namespace {
+// Every byte, taken up again after a signal or a short write.
+bool WriteAll(int fd, const std::vector<std::uint8_t>& bytes) {
+    for (std::size_t done = 0; done < bytes.size();) {
+        const ssize_t n = write(fd, bytes.data() + done, bytes.size() - done);
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        done += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+}  // namespace
+#endif
+
+Outcome ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes) {
     const std::string temp = path + ".saving";
+    // A file left by a save that was cut off goes; unlink removes a link, not what it points at.
+    std::remove(temp.c_str());
+#ifdef __linux__
+    const int fd = CreateAnew(temp);
+    if (fd < 0) return Unwritable("a new file cannot be made beside it");
+    const bool written = WriteAll(fd, bytes);
+    if (close(fd) != 0 || !written) {
+        std::remove(temp.c_str());
+        return Unwritable("writing failed (is the disk full?)");
+    }
+#else
     {
         std::ofstream out(temp, std::ios::binary | std::ios::trunc);
-        if (!out) {
-            why = "a new file cannot be made beside it";
-            return false;
-        }
+        if (!out) return Unwritable("a new file cannot be made beside it");
         out.write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
         out.flush();
         if (!out) {
             out.close();
             std::remove(temp.c_str());
-            why = "writing failed (is the disk full?)";
-            return false;
+            return Unwritable("writing failed (is the disk full?)");
         }
     }
+#endif
     std::error_code ec;
     fs::rename(temp, path, ec);
     if (ec) {
         std::remove(temp.c_str());
-        why = "the new file could not take its place: " + ec.message();
-        return false;
+        return Unwritable("the new file could not take its place: " + ec.message());
     }
-    return true;
+    return std::nullopt;
 }
 
 }  // namespace styleio

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "style/bytecursor.h"
+#include "style/problem.h"
 
 namespace styleio {
 
@@ -16,9 +17,9 @@ inline constexpr std::uintmax_t kMaxStyleFileBytes = std::uintmax_t{1} << 30;
 // A style file opened for reading in pieces.
 class InputFile : public ByteSource {
 public:
-    // False, with why in plain words, for a missing file, a folder, one that
-    // cannot be opened and one too long to be a style file.
-    bool Open(const std::string& path, std::string& why);
+    // A problem for a missing file, a folder, one that cannot be opened and
+    // one too long to be a style file.
+    ombrevale::Outcome Open(const std::string& path);
     std::size_t Length() const { return length_; }
 
     std::size_t Read(std::uint8_t* to, std::size_t n) override;
@@ -31,11 +32,12 @@ private:
 
 // Copies a file whole. The standard library's copy gives up when a signal
 // interrupts it (a child process ending is enough); the streams here carry on.
-bool CopyWholeFile(const std::string& from, const std::string& to, std::string& why);
+// The copy is made anew: a file or a link already at `to` is refused, never written through.
+ombrevale::Outcome CopyWholeFile(const std::string& from, const std::string& to);
 
 // Writes bytes to path through a temporary file beside it that replaces the
 // path only once every byte is written, so a failed write leaves what was
-// there. Returns false and says why on failure.
-bool ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes, std::string& why);
+// there. The temporary file is made anew, never through a link in its place.
+ombrevale::Outcome ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes);
 
 }  // namespace styleio

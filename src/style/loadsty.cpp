@@ -77,17 +77,17 @@ std::string ReadSections(clsSTY& doc, ByteCursor& in, std::vector<std::string>& 
             in.Skip(static_cast<std::size_t>(size));
             continue;
         }
-        const auto result = styleload::ReadSection(doc, *section, size, in);
-        if (!result.ok) return result.problem;
+        if (auto problem = styleload::ReadSection(doc, *section, size, in)) return problem->text;
         doc.Present[static_cast<std::size_t>(*section)] = true;
         if (auto w = EmptyWarning(doc, *section)) warnings.push_back(std::move(*w));
     }
     return {};
 }
 
-bool Fail(LoadReport& report, LoadReport::Outcome outcome, std::string problem, bool sectionsKept) {
-    report.outcome = outcome;
-    report.problem = std::move(problem);
+using Kind = ombrevale::Problem::Kind;
+
+bool Fail(LoadReport& report, Kind kind, std::string problem, bool sectionsKept) {
+    report.problem = ombrevale::Problem{kind, std::move(problem)};
     report.sectionsKept = sectionsKept;
     return false;
 }
@@ -95,11 +95,12 @@ bool Fail(LoadReport& report, LoadReport::Outcome outcome, std::string problem, 
 }  // namespace
 
 bool clsSTY::LoadSTY(const std::string& Sprg, LoadReport& report) {
-    using Outcome = LoadReport::Outcome;
     report = {};
     styleio::InputFile file;
-    std::string why;
-    if (!file.Open(Sprg, why)) return Fail(report, Outcome::Unreadable, why, false);
+    if (auto problem = file.Open(Sprg)) {
+        report.problem = std::move(problem);
+        return false;
+    }
     const std::size_t length = file.Length();
     ProgressStart(1, static_cast<double>(length), "Loading...");
 
@@ -108,20 +109,20 @@ bool clsSTY::LoadSTY(const std::string& Sprg, LoadReport& report) {
     const auto magic = in.Take(std::min(length, kMagic.size()));
     if (magic.size() < kMagic.size() || !std::equal(kMagic.begin(), kMagic.end(), magic.begin())) {
         // The progress window stays: the caller renders the sheet next, and that closes it.
-        if (in.Failed()) return Fail(report, Outcome::Unreadable, "reading it failed", false);
-        return Fail(report, Outcome::NotAStyle, "it does not begin with GBST", false);
+        if (in.Failed()) return Fail(report, Kind::Unreadable, "reading it failed", false);
+        return Fail(report, Kind::NotAStyle, "it does not begin with GBST", false);
     }
     if (length < kHeadBytes) {
         ProgressEnd();
-        return Fail(report, Outcome::Damaged, "it ends inside its 6-byte head", false);
+        return Fail(report, Kind::Damaged, "it ends inside its 6-byte head", false);
     }
 
     in.Skip(kHeadBytes - kMagic.size());
     const std::string fatal = ReadSections(*this, in, report.warnings);
     ProgressEnd();
 
-    if (in.Failed()) return Fail(report, Outcome::CutShort, "reading it failed part-way", true);
-    if (!fatal.empty()) return Fail(report, Outcome::Damaged, fatal, true);
+    if (in.Failed()) return Fail(report, Kind::CutShort, "reading it failed part-way", true);
+    if (!fatal.empty()) return Fail(report, Kind::Damaged, fatal, true);
     return true;
 }
 
@@ -137,19 +138,20 @@ bool clsSTY::LoadSTY(const std::string& Sprg) {
 }
 
 std::string LoadFailureText(const std::string& file, const LoadReport& report, const std::string& whatWasKept) {
-    using Outcome = LoadReport::Outcome;
+    if (!report.problem) return {};
+    const std::string& problem = report.problem->text;
     std::string text;
-    switch (report.outcome) {
-        case Outcome::NotAStyle:
+    switch (report.problem->kind) {
+        case Kind::NotAStyle:
             return "ERROR Invalid File";
-        case Outcome::Unreadable:
-            return "The style file " + file + " cannot be read: " + report.problem + ".";
-        case Outcome::CutShort:
-            text = "The style file " + file + " could not be read to its end: " + report.problem + ".";
+        case Kind::Unreadable:
+            return "The style file " + file + " cannot be read: " + problem + ".";
+        case Kind::CutShort:
+            text = "The style file " + file + " could not be read to its end: " + problem + ".";
             break;
-        case Outcome::Damaged:
-        case Outcome::Loaded:
-            text = "The style file " + file + " is damaged: " + report.problem + ".";
+        case Kind::Damaged:
+        case Kind::Unwritable:
+            text = "The style file " + file + " is damaged: " + problem + ".";
             break;
     }
     if (report.sectionsKept && !whatWasKept.empty()) text += " " + whatWasKept;

@@ -153,38 +153,36 @@ std::vector<std::uint8_t> Serialise(const clsSTY& doc) {
     return bytes;
 }
 
-void TellNotSaved(const std::string& file, const std::string& why) {
-    MsgBox("The style file " + file + " was not saved: " + why + ". The file on disk is as it was before.", "ERROR",
-           MsgIcon::Exclamation);
-}
-
 }  // namespace
 
-bool clsSTY::SaveSTY(const std::string& sFile) const {
+ombrevale::Outcome clsSTY::TrySaveSTY(const std::string& path) const {
     ProgressStart(1, kSectionCount, "Please wait...");
 
     // The backup holds the file as it stood before this save. Without a
     // backup an existing file is not touched at all.
-    const std::string backup = sFile + ".bak";
+    const std::string backup = path + ".bak";
     std::error_code ec;
     fs::remove(backup, ec);
-    if (fs::exists(sFile, ec)) {
-        if (std::string why; !styleio::CopyWholeFile(sFile, backup, why)) {
+    if (fs::exists(path, ec)) {
+        if (auto problem = styleio::CopyWholeFile(path, backup)) {
             // A half-made copy would pass for the previous file.
             fs::remove(backup, ec);
             ProgressEnd();
-            TellNotSaved(sFile, "its backup " + backup + " could not be made (" + why + ")");
-            return false;
+            problem->text = "its backup " + backup + " could not be made (" + problem->text + ")";
+            return problem;
         }
     }
 
-    const std::vector<std::uint8_t> bytes = Serialise(*this);
-    std::string why;
-    const bool written = styleio::ReplaceFileWith(sFile, bytes, why);
+    auto problem = styleio::ReplaceFileWith(path, Serialise(*this));
     ProgressEnd();
-    if (!written) {
-        TellNotSaved(sFile, why);
-        return false;
-    }
-    return true;
+    return problem;
+}
+
+bool clsSTY::SaveSTY(const std::string& sFile) const {
+    const auto problem = TrySaveSTY(sFile);
+    if (problem)
+        MsgBox(
+            "The style file " + sFile + " was not saved: " + problem->text + ". The file on disk is as it was before.",
+            "ERROR", MsgIcon::Exclamation);
+    return !problem;
 }

@@ -18,8 +18,10 @@ constexpr std::int64_t kMaxCount = std::numeric_limits<std::int16_t>::max();
 // The FONB size is worked out in 16 bits on save: 2 + 2n must fit.
 constexpr std::int64_t kMaxFonts = 16382;
 
-SectionResult Fail(std::string problem) { return {false, std::move(problem)}; }
-SectionResult Ok() { return {}; }
+SectionResult Fail(std::string problem) {
+    return ombrevale::Problem{ombrevale::Problem::Kind::Damaged, std::move(problem)};
+}
+SectionResult Ok() { return std::nullopt; }
 
 std::string Tag(Section s) { return std::string(kSectionTags[static_cast<std::size_t>(s)]); }
 
@@ -111,7 +113,7 @@ SectionResult CheckRecords(Section s, std::int32_t size, std::int64_t unit, cons
 
 SectionResult ReadPaletteIndex(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     std::int64_t count = 0;
-    if (auto r = CheckRecords(Section::PALX, size, 2, in, "entries", count); !r.ok) return r;
+    if (auto r = CheckRecords(Section::PALX, size, 2, in, "entries", count); r) return r;
     doc.iPalxCount = static_cast<std::int16_t>(count);
     auto& index = modDeclares::STYPalIndex;
     index.resize(static_cast<std::size_t>(count));
@@ -121,7 +123,7 @@ SectionResult ReadPaletteIndex(clsSTY& doc, std::int32_t size, ByteCursor& in) {
 
 SectionResult ReadSpriteIndex(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     std::int64_t count = 0;
-    if (auto r = CheckRecords(Section::SPRX, size, 8, in, "sprite records", count); !r.ok) return r;
+    if (auto r = CheckRecords(Section::SPRX, size, 8, in, "sprite records", count); r) return r;
     doc.iSprxCount = static_cast<std::int16_t>(count);
     doc.STYSpriteIndex.resize(static_cast<std::size_t>(count));
     for (auto& rec : doc.STYSpriteIndex) {
@@ -229,7 +231,7 @@ SectionResult ReadRecycling(std::int32_t size, ByteCursor& in) {
 
 SectionResult ReadDeltaStore(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     auto r = ReadBytes(Section::DELS, size, in, modDeclares::STYDeltaStore);
-    if (r.ok) doc.lDelsBytes = size;
+    if (!r) doc.lDelsBytes = size;
     return r;
 }
 

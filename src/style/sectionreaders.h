@@ -8,13 +8,12 @@
 
 #include "style/bytecursor.h"
 #include "style/clssty.h"
+#include "style/problem.h"
 
 namespace styleload {
 
-struct SectionResult {
-    bool ok = true;       // false: the load cannot go on
-    std::string problem;  // what is wrong, for the one message of the load
-};
+// A problem ends the load: what is wrong, for its one message.
+using SectionResult = ombrevale::Outcome;
 
 // Counts are quotients rounded to the nearest whole number, ties to even.
 std::int64_t RoundedQuotient(std::int64_t size, std::int64_t unit);

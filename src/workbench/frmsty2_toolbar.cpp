@@ -150,7 +150,7 @@ void frmSTY2::ToolbarOpen() {
         modDeclares::RestoreSharedStores(std::move(shared));
         // No render follows to close the progress window.
         modGTA2::ProgressEnd();
-        const std::string why = report.outcome == LoadReport::Outcome::NotAStyle
+        const std::string why = report.problem->kind == ombrevale::Problem::Kind::NotAStyle
                                     ? "The file " + file + " is not a style file: it does not begin with GBST."
                                     : LoadFailureText(file, report, {});
         MsgBox(why + " It was not opened; the style you had is still loaded.", "ERROR", MsgIcon::Exclamation);

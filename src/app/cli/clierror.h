@@ -28,10 +28,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// Collects what the document says through its message hook, so that a failed
-// load or save becomes one line of ours instead of the document's own wording.
-// main installs one for the whole run, so the document and the pixel engine
-// never print a line of their own.
+// Collects what the pixel engine says through the message hook, so that a
+// refusal becomes one line of ours. main installs one for the whole run, so the
+// document and the pixel engine never print a line of their own.
 class DocumentVoice {
 public:
     DocumentVoice();
@@ -39,8 +38,8 @@ public:
     DocumentVoice(const DocumentVoice&) = delete;
     DocumentVoice& operator=(const DocumentVoice&) = delete;
 
-    // The first message since the last call, reworded for `file`; a fallback if there was none.
-    static std::string Take(const std::string& file, const std::string& fallback);
+    // The first message since the last call, or a fallback if there was none.
+    static std::string Take(const std::string& fallback);
 
 private:
     ScopedDocumentHooks hooks_;

@@ -25,6 +25,9 @@ int RunSheet(const Args& args);
 // Loads a style or throws Failure with the document's reason; the report holds the warnings.
 LoadReport LoadStyle(clsSTY& doc, const std::string& path);
 
+// Saves a style or throws Failure with the reason.
+void SaveStyle(const clsSTY& doc, const std::string& path);
+
 // value must lie in lo..hi, or the command fails naming the range.
 void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo, std::int64_t hi);
 

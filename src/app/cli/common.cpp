@@ -12,19 +12,24 @@ namespace cli {
 LoadReport LoadStyle(clsSTY& doc, const std::string& path) {
     LoadReport report;
     if (doc.LoadSTY(path, report)) return report;
-    using Outcome = LoadReport::Outcome;
-    switch (report.outcome) {
-        case Outcome::NotAStyle:
+    using Kind = ombrevale::Problem::Kind;
+    const std::string& why = report.problem->text;
+    switch (report.problem->kind) {
+        case Kind::NotAStyle:
             throw Failure(path, "not a style file (it does not begin with GBST)");
-        case Outcome::Unreadable:
-            throw Failure(path, "cannot be read: " + report.problem);
-        case Outcome::CutShort:
-            throw Failure(path, "could not be read to its end: " + report.problem);
-        case Outcome::Damaged:
-        case Outcome::Loaded:
+        case Kind::Unreadable:
+            throw Failure(path, "cannot be read: " + why);
+        case Kind::CutShort:
+            throw Failure(path, "could not be read to its end: " + why);
+        case Kind::Damaged:
+        case Kind::Unwritable:
             break;
     }
-    throw Failure(path, "is damaged: " + report.problem);
+    throw Failure(path, "is damaged: " + why);
+}
+
+void SaveStyle(const clsSTY& doc, const std::string& path) {
+    if (auto problem = doc.TrySaveSTY(path)) throw Failure(path, "was not saved: " + problem->text);
 }
 
 void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo,
@@ -50,7 +55,7 @@ void WriteThrough(const std::string& path, const std::function<bool(const std::s
     if (!ok || ec) {
         fs::remove(temp, ec);
         // The engine names our temporary file; the line names the one asked for.
-        DocumentVoice::Take(path, {});
+        DocumentVoice::Take({});
         throw Failure(path, "cannot be written");
     }
 }

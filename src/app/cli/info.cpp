@@ -80,8 +80,7 @@ int RunInfo(const Args& args) {
 int RunSave(const Args& args) {
     clsSTY doc;
     LoadStyle(doc, args.words[0]);
-    DocumentVoice voice;
-    if (!doc.SaveSTY(args.words[1])) throw Failure(args.words[1], voice.Take(args.words[1], "cannot be saved"));
+    SaveStyle(doc, args.words[1]);
     return 0;
 }
 

@@ -72,8 +72,8 @@ int RunImportPalette(const Args& args) {
     if (!HasJascMark(palFile)) throw Failure(palFile, "not a JASC-PAL file (its first line is not \"JASC-PAL\")");
     DocumentVoice voice;
     if (!doc.ImportPalette(palFile, static_cast<std::int32_t>(p)))
-        throw Failure(palFile, voice.Take(palFile, "is not a complete palette of 256 colours from 0 to 255"));
-    if (!doc.SaveSTY(out)) throw Failure(out, voice.Take(out, "cannot be saved"));
+        throw Failure(palFile, voice.Take("is not a complete palette of 256 colours from 0 to 255"));
+    SaveStyle(doc, out);
     return 0;
 }
 
