@@ -23,7 +23,7 @@ using twips::Place;
 frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     : QWidget(parent), commandLinePath_(std::move(stylePath)) {
     // Form_Initialize: Qt's widgets need no common-controls set-up.
-    setWindowTitle(QStringLiteral("Ombrevale v0.1"));
+    setWindowTitle(QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
     setWindowIcon(imgToolBar::WindowIcon());
     resize(twips::ToPx(8910), twips::ToPx(7710));
     BuildControls();

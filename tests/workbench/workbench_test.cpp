@@ -1,21 +1,21 @@
 // The main window and the progress window, driven offscreen.
 #include <QLabel>
 #include <QListWidget>
-#include "workbench/pacedprogressbar.h"
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QtTest>
 #include <memory>
+#include "workbench/pacedprogressbar.h"
 
 #include "style/moddeclares.h"
 #include "support/hookrecorder.h"
 #include "support/tempdir.h"
 #include "teststyle.h"
 #include "workbench/frmprogress.h"
-#include "workbench/pacedlabel.h"
 #include "workbench/frmsty2.h"
+#include "workbench/pacedlabel.h"
 #include "workbench/picturebox.h"
 
 namespace {
@@ -83,7 +83,7 @@ private slots:
 
     void listsFromCommandLine() {
         auto w = Open(style_);
-        QCOMPARE(w->windowTitle(), QStringLiteral("Ombrevale v0.1"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
         QStringList sprites;
         for (int i = 0; i < w->lstSprites->count(); ++i) sprites << w->lstSprites->item(i)->text();
         QCOMPARE(sprites, (QStringList{"Car: 1", "Car: 2", "Car: 3", "Ped: 1", "Ped: 2", "Map Object: 1"}));
@@ -125,7 +125,8 @@ private slots:
     void sheetSharesTheTilesBlocks() {
         auto w = Open(style_);
         const auto& store = w->Sty().STYTileStore;
-        for (std::size_t t = 0; t < store.size(); ++t) QVERIFY2(store[t].Block().use_count() >= 2, qPrintable(QString::number(t)));
+        for (std::size_t t = 0; t < store.size(); ++t)
+            QVERIFY2(store[t].Block().use_count() >= 2, qPrintable(QString::number(t)));
         const QImage before = SheetImage(*w);
         PixelBlock other;
         other.fill(3);
