@@ -199,9 +199,11 @@ void Shutdown() { TheHelper().Reset(); }
 std::string HelperPath() {
     if (const char* p = std::getenv("OMBREVALE_LINK_EXE"); p && *p) return p;
     std::error_code ec;
-    auto self = std::filesystem::read_symlink("/proc/self/exe", ec);
+    const auto self = std::filesystem::read_symlink("/proc/self/exe", ec);
     if (ec) return "ombrevale-link.exe";
-    return (self.parent_path() / "ombrevale-link.exe").string();
+    const auto beside = self.parent_path() / "ombrevale-link.exe";
+    if (std::filesystem::exists(beside, ec)) return beside.string();
+    return (self.parent_path() / OMBREVALE_HELPER_FROM_BIN / "ombrevale-link.exe").lexically_normal().string();
 }
 
 }  // namespace linkhelper

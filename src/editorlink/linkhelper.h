@@ -13,7 +13,8 @@ namespace linkhelper {
 // later request.
 bool Request(const std::string& request, std::vector<std::string>& answer);
 
-// Where the helper is looked for: $OMBREVALE_LINK_EXE, else beside this program.
+// Where the helper is looked for: $OMBREVALE_LINK_EXE, else beside this
+// program (a build folder), else where it is installed (lib/ombrevale/).
 std::string HelperPath();
 
 // Stops the helper now and forgets a failed start (it is also stopped when

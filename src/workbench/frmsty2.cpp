@@ -35,7 +35,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     QFont font(QStringLiteral("Microsoft Sans Serif"));
     font.setPointSizeF(8.25);
     setFont(font);
-    setWindowTitle(QStringLiteral("Ombrevale v0.1"));
+    setWindowTitle(QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
     setWindowIcon(imgToolBar::WindowIcon());
     resize(twips::ToPx(8910), twips::ToPx(7710));
     BuildControls();

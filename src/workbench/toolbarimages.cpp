@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QPolygonF>
+#include <algorithm>
 
 namespace imgToolBar {
 namespace {
@@ -115,20 +116,27 @@ QPixmap Picture(const QString& key) {
     return {};
 }
 
-QIcon WindowIcon() {
+QImage WindowIconImage(int side) {
     static const QColor kTiles[4] = {QColor(0x5A, 0x8C, 0x3C), QColor(0x70, 0x70, 0x78), QColor(0xB8, 0x90, 0x58),
                                      QColor(0x40, 0x68, 0xA8)};
+    QImage image(side, side, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter p(&image);
+    const int half = side / 2;
+    // One pixel of gap and frame up to 32 pixels, wider above, so large sizes keep the look.
+    const int line = std::max(1, side / 32);
+    for (int i = 0; i < 4; ++i) p.fillRect((i % 2) * half, (i / 2) * half, half - line, half - line, kTiles[i]);
+    const QColor frame(0xFF, 0xFF, 0x60);
+    p.fillRect(0, 0, half, line, frame);
+    p.fillRect(0, half - line, half, line, frame);
+    p.fillRect(0, 0, line, half, frame);
+    p.fillRect(half - line, 0, line, half, frame);
+    return image;
+}
+
+QIcon WindowIcon() {
     QIcon icon;
-    for (const int side : {16, 32}) {
-        QPixmap pm(side, side);
-        pm.fill(Qt::transparent);
-        QPainter p(&pm);
-        const int half = side / 2;
-        for (int i = 0; i < 4; ++i) p.fillRect((i % 2) * half, (i / 2) * half, half - 1, half - 1, kTiles[i]);
-        p.setPen(QColor(0xFF, 0xFF, 0x60));
-        p.drawRect(0, 0, half - 1, half - 1);
-        icon.addPixmap(pm);
-    }
+    for (const int side : {16, 32}) icon.addPixmap(QPixmap::fromImage(WindowIconImage(side)));
     return icon;
 }
 

@@ -4,6 +4,7 @@
 // paths and pulls in the image plug-ins, and costs more than the sheet.
 
 #include <QIcon>
+#include <QImage>
 #include <QPixmap>
 #include <QString>
 
@@ -15,7 +16,9 @@ constexpr int kSide = 16;
 // "import", "copy", "paste" or "cut". Any other key gives a null pixmap.
 QPixmap Picture(const QString& key);
 
-// The main window's icon: a few tiles of a sheet.
+// The main window's icon: a few tiles of a sheet, the top-left one selected.
 QIcon WindowIcon();
+// The same picture at any size; tools/make-icon writes the installed icons from it.
+QImage WindowIconImage(int side);
 
 }  // namespace imgToolBar

@@ -89,7 +89,7 @@ private slots:
 
     void listsFromCommandLine() {
         auto w = Open(style_);
-        QCOMPARE(w->windowTitle(), QStringLiteral("Ombrevale v0.1"));
+        QCOMPARE(w->windowTitle(), QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
         QStringList sprites;
         for (int i = 0; i < w->lstSprites->count(); ++i) sprites << w->lstSprites->item(i)->text();
         QCOMPARE(sprites, (QStringList{"Car: 1", "Car: 2", "Car: 3", "Ped: 1", "Ped: 2", "Map Object: 1"}));

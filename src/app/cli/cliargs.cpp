@@ -1,16 +1,10 @@
 #include "cliargs.h"
 
 #include <charconv>
-#include <map>
 
 #include "clierror.h"
 
 namespace cli {
-
-const char* const kUsage =
-    "usage: ombrevale-cli info STYLE | save STYLE OUT | tile STYLE N OUT.bmp | sprite STYLE N OUT.bmp [--pal P] | "
-    "delta STYLE SPRITE D OUT.bmp [--pal P] | import-palette STYLE P FILE.pal OUT | export STYLE DIR [--png] | "
-    "sheet STYLE OUT.png [--columns N] [--transparent]";
 
 namespace {
 
@@ -20,17 +14,81 @@ struct Shape {
     std::vector<std::size_t> numbers = {};  // which words are numbers
 };
 
-const std::map<std::string, Shape>& Commands() {
-    static const std::map<std::string, Shape> commands = {
-        {"info", {1, false, false, false, false}},         {"save", {2, false, false, false, false}},
-        {"tile", {3, false, false, false, false, {1}}},    {"sprite", {3, true, false, false, false, {1}}},
-        {"delta", {4, true, false, false, false, {1, 2}}}, {"import-palette", {4, false, false, false, false, {1}}},
-        {"export", {2, false, true, false, false}},        {"sheet", {2, false, false, true, true}},
+struct Command {
+    const char* name;
+    const char* usage;  // the words after the name
+    const char* what;
+    Shape shape;
+};
+
+// In the order the usage line and the help list them.
+const std::vector<Command>& Commands() {
+    static const std::vector<Command> commands = {
+        {"info",
+         "STYLE",
+         "prints the style's sections, counts and tables as one JSON object",
+         {1, false, false, false, false}},
+        {"save",
+         "STYLE OUT",
+         "writes the style again as OUT; an OUT already there is kept as OUT.bak",
+         {2, false, false, false, false}},
+        {"tile", "STYLE N OUT.bmp", "writes tile N as a 64 x 64 BMP picture", {3, false, false, false, false, {1}}},
+        {"sprite",
+         "STYLE N OUT.bmp [--pal P]",
+         "writes sprite N as a BMP picture, in palette P instead of its own",
+         {3, true, false, false, false, {1}}},
+        {"delta",
+         "STYLE SPRITE D OUT.bmp [--pal P]",
+         "writes delta D of sprite SPRITE as a BMP picture",
+         {4, true, false, false, false, {1, 2}}},
+        {"import-palette",
+         "STYLE P FILE.pal OUT",
+         "replaces palette P with a JASC-PAL file and saves the style as OUT",
+         {4, false, false, false, false, {1}}},
+        {"export",
+         "STYLE DIR [--png]",
+         "writes every tile, sprite, delta (BMP, or PNG) and palette (JASC-PAL) into DIR",
+         {2, false, true, false, false}},
+        {"sheet",
+         "STYLE OUT.png [--columns N] [--transparent]",
+         "writes every tile on one PNG sheet, N tiles a row (9 unless given)",
+         {2, false, false, true, true}},
     };
     return commands;
 }
 
+const Command& Find(const std::string& name) {
+    for (const Command& c : Commands())
+        if (name == c.name) return c;
+    throw UsageError("unknown command \"" + name + "\"");
+}
+
 }  // namespace
+
+std::string Usage() {
+    std::string line = "usage: ombrevale-cli ";
+    for (const Command& c : Commands()) {
+        if (&c != &Commands().front()) line += " | ";
+        line += std::string(c.name) + " " + c.usage;
+    }
+    return line;
+}
+
+std::string Help() {
+    std::string text =
+        "usage: ombrevale-cli COMMAND ARGUMENTS...\n"
+        "GTA2 style files (GBST) without a window, for scripts and batch work.\n\ncommands:\n";
+    for (const Command& c : Commands()) text += "  " + std::string(c.name) + " " + c.usage + "\n      " + c.what + "\n";
+    return text +
+           "\n  help [COMMAND], --help   this text, or one command's usage\n"
+           "  --version                the version\n\n"
+           "Exit status: 0 done, 1 a file could not be read or written, 2 wrong arguments.\n";
+}
+
+std::string CommandHelp(const std::string& name) {
+    const Command& c = Find(name);
+    return "usage: ombrevale-cli " + std::string(c.name) + " " + c.usage + "\n" + c.what + "\n";
+}
 
 std::int64_t ParseNumber(const std::string& text, const std::string& what) {
     std::int64_t value = 0;
@@ -47,9 +105,7 @@ Args ParseArgs(const std::vector<std::string>& argv) {
     if (argv.empty()) throw UsageError("no command given");
     Args args;
     args.command = argv[0];
-    const auto found = Commands().find(args.command);
-    if (found == Commands().end()) throw UsageError("unknown command \"" + args.command + "\"");
-    const Shape& shape = found->second;
+    const Shape& shape = Find(args.command).shape;
     for (std::size_t i = 1; i < argv.size(); ++i) {
         const std::string& a = argv[i];
         auto value = [&](const std::string& name) -> const std::string& {

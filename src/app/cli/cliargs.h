@@ -24,6 +24,11 @@ Args ParseArgs(const std::vector<std::string>& argv);
 // A decimal whole number, sign allowed; throws UsageError naming `what` otherwise.
 std::int64_t ParseNumber(const std::string& text, const std::string& what);
 
-extern const char* const kUsage;
+// The one-line usage of every command, printed after a usage error.
+std::string Usage();
+// --help: every command with what it does.
+std::string Help();
+// help COMMAND: that command's usage; throws UsageError for an unknown one.
+std::string CommandHelp(const std::string& name);
 
 }  // namespace cli

@@ -14,6 +14,15 @@ int main(int argc, char** argv) {
     const std::vector<std::string> words(argv + 1, argv + argc);
     const DocumentVoice voice;
     try {
+        if (!words.empty() && (words[0] == "--help" || words[0] == "-h" || words[0] == "help")) {
+            if (words.size() > 2) throw UsageError("help takes at most one command");
+            std::fputs((words.size() == 2 ? CommandHelp(words[1]) : Help()).c_str(), stdout);
+            return kExitOk;
+        }
+        if (words.size() == 1 && words[0] == "--version") {
+            std::puts("ombrevale-cli " OMBREVALE_VERSION);
+            return kExitOk;
+        }
         const Args args = ParseArgs(words);
         static const std::map<std::string, int (*)(const Args&)> run = {
             {"info", RunInfo},     {"save", RunSave},   {"tile", RunTile},
@@ -22,7 +31,7 @@ int main(int argc, char** argv) {
         };
         return run.at(args.command)(args);
     } catch (const UsageError& e) {
-        std::fprintf(stderr, "ombrevale-cli: %s\n%s\n", e.what(), kUsage);
+        std::fprintf(stderr, "ombrevale-cli: %s\n%s\n", e.what(), Usage().c_str());
         return kExitUsage;
     } catch (const Failure& e) {
         std::fprintf(stderr, "ombrevale-cli: %s: %s\n", e.file().c_str(), e.what());

@@ -15,6 +15,7 @@
 #include <dlfcn.h>
 #endif
 
+#include "commandline.h"
 #include "style/hooks.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
@@ -86,10 +87,13 @@ private:
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    if (const auto answered = AnswerWithoutWindow(argc, argv)) return *answered;
     QElapsedTimer sinceStart;
     sinceStart.start();
     FontConfigWarmUp fonts;
     QApplication app(argc, argv);
+    // Matches the installed ombrevale.desktop, whose icon Wayland shows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("ombrevale"));
     fonts.Join();
     modGTA2::InstallAsDocumentHooks();
     std::optional<std::string> style;

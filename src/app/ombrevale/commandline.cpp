@@ -1,0 +1,46 @@
+#include "commandline.h"
+
+#include <cstdio>
+#include <string_view>
+
+#if !defined(_WIN32)
+#include "editorlink/linkhelper.h"
+#endif
+
+namespace {
+
+void PrintHelp() {
+    std::puts(
+        "usage: ombrevale [STYLE]\n"
+        "Shows a GTA2 style file (GBST): its tiles, sprites, deltas, palettes and font.\n"
+        "Without STYLE, the style the GTA2 editor's registry setting names is loaded.\n"
+        "\n"
+        "  -h, --help   this text\n"
+        "  --version    the version\n"
+        "Qt's own options (-platform, -style, ...) are taken as well.\n");
+#if !defined(_WIN32)
+    // Where the helper is looked for depends on where this program lies, so say it.
+    std::printf(
+        "A click on a tile selects it in the GTA2 editor running under Wine, through\n"
+        "%s\n"
+        "(OMBREVALE_LINK_EXE names another; OMBREVALE_WINE another wine).\n",
+        linkhelper::HelperPath().c_str());
+#endif
+}
+
+}  // namespace
+
+std::optional<int> AnswerWithoutWindow(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view a = argv[i];
+        if (a == "--help" || a == "-h") {
+            PrintHelp();
+            return 0;
+        }
+        if (a == "--version") {
+            std::puts("ombrevale " OMBREVALE_VERSION);
+            return 0;
+        }
+    }
+    return std::nullopt;
+}
