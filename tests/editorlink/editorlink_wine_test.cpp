@@ -7,9 +7,10 @@
 #include <cstdio>
 #include <memory>
 #include <sstream>
+#include <thread>
 
-#include "editorlink/linkhelper.h"
 #include "editorlink/modcontrolwin.h"
+#include "settings/linkhelper.h"
 #include "standin.h"
 #include "support/tempdir.h"
 
@@ -18,9 +19,21 @@ using standin::Window;
 
 namespace {
 
+// Starts the helper and waits until it has answered and drained its queue.
+bool LinkUp() {
+    linkhelper::Start();
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (!linkhelper::Ready() && std::chrono::steady_clock::now() < deadline)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    return linkhelper::Ready();
+}
+
 class WineEnvironment : public testing::Environment {
 public:
-    void SetUp() override { ASSERT_EQ(standin::MissingPieces(), "") << "the Wine tests cannot run"; }
+    void SetUp() override {
+        ASSERT_EQ(standin::MissingPieces(), "") << "the Wine tests cannot run";
+        ASSERT_TRUE(LinkUp()) << "ombrevale-link.exe did not come up";
+    }
     void TearDown() override { linkhelper::Shutdown(); }
 };
 
@@ -160,6 +173,28 @@ TEST(EditorLifetime, ClosedEditorKeepsItsHandleAndANewOneIsPickedUp) {
     EXPECT_EQ(modControlWin::hWndEditorList, second.list());
 }
 
+TEST(HandOver, ClicksDuringTheHelpersStartGoOutOnceItIsUpTheLastOneOnly) {
+    testsupport::TempDir dir;
+    StandIn editor(Window{}, dir.File("starting.log"));
+    ASSERT_TRUE(editor.ok());
+    linkhelper::Shutdown();
+    modControlWin::hWndEditorList = 0;
+    linkhelper::Start();
+    ASSERT_FALSE(linkhelper::Ready()) << "Wine answered before the clicks could be made";
+    for (std::int32_t row : {3, 7}) {
+        modControlWin::FindEditorList();
+        std::int32_t item = row;
+        modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
+        EXPECT_EQ(item, 0) << "nothing has answered yet";
+    }
+    ASSERT_TRUE(LinkUp());
+    EXPECT_EQ(modControlWin::hWndEditorList, editor.list());
+    ASSERT_TRUE(editor.WaitFor("lbuttonup", 1, 5000));
+    auto lines = editor.Lines();
+    ASSERT_EQ(lines.size(), 5u);
+    EXPECT_EQ(lines[1], "setcursel 7 7");
+}
+
 TEST(HandOver, TimeOfOneTileClick) {
     testsupport::TempDir dir;
     StandIn editor(Window{}, dir.File("timing.log"));
@@ -168,7 +203,7 @@ TEST(HandOver, TimeOfOneTileClick) {
     auto ms = [](Clock::duration d) { return std::chrono::duration<double, std::milli>(d).count(); };
     linkhelper::Shutdown();
     auto start = Clock::now();
-    modControlWin::FindEditorList();  // starts ombrevale-link.exe
+    ASSERT_TRUE(LinkUp());
     double first = ms(Clock::now() - start);
     constexpr int kClicks = 50;
     start = Clock::now();
@@ -178,7 +213,7 @@ TEST(HandOver, TimeOfOneTileClick) {
         modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
         EXPECT_EQ(item, i * 19);
     }
-    std::printf("helper start with the first search: %.1f ms; then search + click: %.2f ms a tile (%d tiles)\n", first,
+    std::printf("helper start: %.1f ms; then search + click: %.2f ms a tile (%d tiles)\n", first,
                 ms(Clock::now() - start) / kClicks, kClicks);
     EXPECT_TRUE(editor.WaitFor("lbuttonup 1", 0, 5000));
 }

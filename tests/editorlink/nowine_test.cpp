@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "editorlink/linkhelper.h"
+#include "settings/linkhelper.h"
 #include "editorlink/modcontrolwin.h"
 #include "support/tempdir.h"
 

@@ -14,6 +14,7 @@
 #include <dlfcn.h>
 #endif
 
+#include "editorlink/modcontrolwin.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
@@ -44,12 +45,11 @@ private:
 };
 
 // OMBREVALE_STARTUP_TIMING=1: once the sheet's first paint has been flushed,
-// report on stderr, and end once what follows the first paint has run. The wall clock (CLOCK_REALTIME, ns) lets a caller
-// that noted the clock before the start measure from the exec itself.
+// report on stderr, and end once what follows the first paint has run. The wall clock (CLOCK_REALTIME, ns) lets a
+// caller that noted the clock before the start measure from the exec itself.
 class FirstSheetPaint : public QObject {
 public:
-    FirstSheetPaint(const QElapsedTimer& sinceMain, const frmSTY2& window)
-        : sinceMain_(sinceMain), window_(window) {}
+    FirstSheetPaint(const QElapsedTimer& sinceMain, const frmSTY2& window) : sinceMain_(sinceMain), window_(window) {}
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -84,6 +84,9 @@ private:
 int main(int argc, char* argv[]) {
     QElapsedTimer sinceStart;
     sinceStart.start();
+    // Wine may take a second or more to come up in a cold prefix: let it do
+    // so while Qt connects to the display and the style loads.
+    modControlWin::StartEditorLink();
     FontConfigWarmUp fonts;
     QApplication app(argc, argv);
     fonts.Join();
