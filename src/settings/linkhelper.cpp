@@ -40,15 +40,32 @@ constexpr int kSliceMs = 20;
 // The helper process and its two pipe ends.
 class Pipe {
 public:
-    bool Launch() {
+    // What a start needs from the environment, taken on the thread that asks
+    // for the start: the main thread may change the environment meanwhile.
+    struct Plan {
+        std::string prefix, exe, wine;
+        std::vector<std::string> env;
+    };
+
+    static Plan MakePlan() {
+        Plan plan;
+        plan.prefix = winepath::PrefixDir();
+        plan.exe = HelperPath();
+        const char* wineEnv = std::getenv("OMBREVALE_WINE");
+        plan.wine = wineEnv && *wineEnv ? wineEnv : "wine";
+        for (char** e = environ; *e; ++e) plan.env.emplace_back(*e);
+        if (!std::getenv("WINEDEBUG")) plan.env.emplace_back("WINEDEBUG=-all");
+        return plan;
+    }
+
+    bool Launch(Plan plan) {
         // Without a prefix there is no editor to reach, and Wine must not make one.
-        prefix_ = winepath::PrefixDir();
+        prefix_ = plan.prefix;
         if (prefix_.empty()) return false;
-        std::string exe = HelperPath();
+        std::string& exe = plan.exe;
+        std::string& wine = plan.wine;
         std::error_code ec;
         if (!std::filesystem::exists(exe, ec)) return false;
-        const char* wineEnv = std::getenv("OMBREVALE_WINE");
-        std::string wine = wineEnv && *wineEnv ? wineEnv : "wine";
         int in[2], out[2];
         if (pipe2(in, O_CLOEXEC) != 0) return false;
         if (pipe2(out, O_CLOEXEC) != 0) {
@@ -61,11 +78,8 @@ public:
         posix_spawn_file_actions_adddup2(&actions, in[0], 0);
         posix_spawn_file_actions_adddup2(&actions, out[1], 1);
         posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-        std::vector<std::string> env;
-        for (char** e = environ; *e; ++e) env.emplace_back(*e);
-        if (!std::getenv("WINEDEBUG")) env.emplace_back("WINEDEBUG=-all");
         std::vector<char*> envp, argv;
-        for (auto& e : env) envp.push_back(e.data());
+        for (auto& e : plan.env) envp.push_back(e.data());
         envp.push_back(nullptr);
         argv = {wine.data(), exe.data(), nullptr};
         pid_t pid = -1;
@@ -238,6 +252,7 @@ private:
         if (state_ != State::Down) return true;
         if (lastFailedStart_ && Clock::now() - *lastFailedStart_ < kRetryAfter) return false;
         state_ = State::Starting;
+        plan_ = Pipe::MakePlan();
         wake_ = true;
         if (!worker_.joinable()) worker_ = std::thread([this] { Work(); });
         cv_.notify_all();
@@ -257,10 +272,11 @@ private:
             cv_.wait(lock, [this] { return wake_ || stopping_; });
             if (stopping_) return;
             wake_ = false;
+            Pipe::Plan plan = std::move(plan_);
             lock.unlock();
             // Only this thread touches the pipe until the state says Up.
             std::string banner;
-            bool up = pipe_.Launch();
+            bool up = pipe_.Launch(std::move(plan));
             if (up && !(pipe_.ReadLine(banner, kStartMs, stopping_) && banner.rfind("ombrevale-link", 0) == 0)) {
                 pipe_.Stop(false);
                 up = false;
@@ -298,6 +314,7 @@ private:
     std::vector<Queued> queue_;
     std::optional<Clock::time_point> lastFailedStart_;
     Pipe pipe_;
+    Pipe::Plan plan_;
     std::thread worker_;
 };
 
