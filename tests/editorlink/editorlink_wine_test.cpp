@@ -195,27 +195,4 @@ TEST(HandOver, ClicksDuringTheHelpersStartGoOutOnceItIsUpTheLastOneOnly) {
     EXPECT_EQ(lines[1], "setcursel 7 7");
 }
 
-TEST(HandOver, TimeOfOneTileClick) {
-    testsupport::TempDir dir;
-    StandIn editor(Window{}, dir.File("timing.log"));
-    ASSERT_TRUE(editor.ok());
-    using Clock = std::chrono::steady_clock;
-    auto ms = [](Clock::duration d) { return std::chrono::duration<double, std::milli>(d).count(); };
-    linkhelper::Shutdown();
-    auto start = Clock::now();
-    ASSERT_TRUE(LinkUp());
-    double first = ms(Clock::now() - start);
-    constexpr int kClicks = 50;
-    start = Clock::now();
-    for (int i = 0; i < kClicks; ++i) {
-        std::int32_t item = i * 19;
-        modControlWin::FindEditorList();
-        modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
-        EXPECT_EQ(item, i * 19);
-    }
-    std::printf("helper start: %.1f ms; then search + click: %.2f ms a tile (%d tiles)\n", first,
-                ms(Clock::now() - start) / kClicks, kClicks);
-    EXPECT_TRUE(editor.WaitFor("lbuttonup 1", 0, 5000));
-}
-
 }  // namespace
