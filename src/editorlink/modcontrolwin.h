@@ -4,20 +4,33 @@
 // Windows: direct Win32 calls. Linux: the same calls made by
 // ombrevale-link.exe under Wine, over a line protocol on its stdin/stdout;
 // with no Wine the search finds nothing and a click reaches nobody, silently.
+// While the helper is still starting, the search and the click wait for it
+// in a queue instead of in the caller.
 
+#include <atomic>
 #include <cstdint>
 
 namespace modControlWin {
 
 // A window handle of another program, 32 bits; 0 until the first match.
-extern std::uint32_t hWndEditorList;
+// Atomic: on Linux a search that waited for the helper writes it from the
+// helper's thread.
+extern std::atomic<std::uint32_t> hWndEditorList;
+
+// Linux: begins starting ombrevale-link.exe so that it is up by the time the
+// first search runs; returns at once. Windows: nothing to start.
+void StartEditorLink();
 
 // The search (EnumWindows with EnumWindowsProc). A match overwrites
-// hWndEditorList; no match leaves it as it was.
+// hWndEditorList; no match leaves it as it was. Linux, helper still starting:
+// the search runs once it is up.
 void FindEditorList();
 
 // LB_SETCURSEL, LB_GETCURSEL (overwrites Item), LB_GETITEMRECT, then a posted
-// press and release at the row's top-left corner.
+// press and release at the row's top-left corner. Linux, helper still
+// starting: Item becomes 0 and the click goes out once the helper is up, on
+// hWndEditorList as the search queued before it left it; a later click
+// replaces one that has not gone out yet.
 void clickListboxItem(std::uint32_t hWnd, std::int32_t& Item);
 
 std::int32_t MakeLParam(std::int16_t x, std::int16_t y);

@@ -3,7 +3,7 @@
 
 namespace modControlWin {
 
-std::uint32_t hWndEditorList = 0;
+std::atomic<std::uint32_t> hWndEditorList = 0;
 
 std::int32_t MakeLParam(std::int16_t x, std::int16_t y) {
     auto high = static_cast<std::uint32_t>(static_cast<std::uint16_t>(y)) << 16;

@@ -4,27 +4,49 @@
 #include <string>
 #include <vector>
 
-#include "editorlink/linkhelper.h"
 #include "editorlink/modcontrolwin.h"
+#include "settings/linkhelper.h"
 
 namespace modControlWin {
 
-void FindEditorList() {
+namespace {
+
+// Queue slots: one search and one click wait at most; a newer one replaces its own kind.
+enum Slot { kSearch, kClick };
+
+void SearchNow() {
     std::vector<std::string> answer;
     unsigned long h = 0;
     if (linkhelper::Request("find", answer) && std::sscanf(answer[0].c_str(), "found %lu", &h) == 1 && h != 0)
         hWndEditorList = static_cast<std::uint32_t>(h);
 }
 
-void clickListboxItem(std::uint32_t hWnd, std::int32_t& Item) {
+// False when the helper did not answer: a message to nobody.
+bool ClickNow(std::uint32_t hWnd, std::int32_t& Item) {
     std::vector<std::string> answer;
     long row = 0;
+    if (!linkhelper::Request("click " + std::to_string(hWnd) + " " + std::to_string(Item), answer) ||
+        std::sscanf(answer[0].c_str(), "item %ld", &row) != 1)
+        return false;
+    Item = static_cast<std::int32_t>(row);
+    return true;
+}
+
+}  // namespace
+
+void StartEditorLink() { linkhelper::Start(); }
+
+void FindEditorList() { linkhelper::WhenUp(kSearch, SearchNow); }
+
+void clickListboxItem(std::uint32_t hWnd, std::int32_t& Item) {
+    if (linkhelper::Ready() && ClickNow(hWnd, Item)) return;
+    const std::int32_t row = Item;
     // A message to nobody answers 0, as SendMessageA does for a dead handle.
-    if (linkhelper::Request("click " + std::to_string(hWnd) + " " + std::to_string(Item), answer) &&
-        std::sscanf(answer[0].c_str(), "item %ld", &row) == 1)
-        Item = static_cast<std::int32_t>(row);
-    else
-        Item = 0;
+    Item = 0;
+    linkhelper::WhenUp(kClick, [row] {
+        std::int32_t item = row;
+        ClickNow(hWndEditorList, item);
+    });
 }
 
 // The Linux window keeps itself on top through its own window flags.

@@ -58,8 +58,10 @@ BOOL CALLBACK EnumWindowsProc(HWND hWnd, LPARAM) {
 std::uint32_t SearchEditorList() {
     matched = false;
     EnumWindows(EnumWindowsProc, 0);
-    return matched ? hWndEditorList : 0;
+    return matched ? hWndEditorList.load() : 0;
 }
+
+void StartEditorLink() {}
 
 void FindEditorList() { SearchEditorList(); }
 

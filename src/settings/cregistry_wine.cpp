@@ -1,6 +1,8 @@
 // cRegistry on Linux: the Wine prefix's registry files, read and written in
 // Wine's text format. Wine's server keeps the registry in memory while it runs
-// and writes the files when it stops, so this sees what a stopped prefix holds.
+// and writes the files only now and then and when it stops, so a read of a
+// value goes through ombrevale-link.exe's RegQueryValueExA whenever that is up
+// (and with it the prefix's server).
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -9,7 +11,9 @@
 
 #include "settings/cregistry.h"
 #include "settings/cregistry_impl.h"
+#include "settings/linkhelper.h"
 #include "settings/regfile.h"
+#include "settings/regwire.h"
 #include "settings/wineprefix.h"
 
 using regfile::Text;
@@ -159,6 +163,18 @@ bool cRegistry::DeleteValue() {
 }
 
 RegValue cRegistry::Value() const {
+    const std::string prefix = winepath::PrefixDir();
+    std::vector<std::string> answer;
+    bool found = false;
+    std::int32_t type = 0;
+    RegValue live;
+    if (!prefix.empty() && linkhelper::ReadyPrefix() == prefix &&
+        linkhelper::Request(regwire::ValueRequest(classKey_, sectionKey_, valueKey_), answer) &&
+        regwire::ParseValueAnswer(answer[0], found, type, live)) {
+        if (!found) return default_;
+        valueType_ = type;
+        return live;
+    }
     Hive hive;
     if (!OpenHive(classKey_, hive)) return default_;
     const regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));

@@ -3,8 +3,8 @@
 
 #include <cstdlib>
 
-#include "editorlink/linkhelper.h"
 #include "editorlink/modcontrolwin.h"
+#include "settings/linkhelper.h"
 #include "support/tempdir.h"
 
 namespace {

@@ -1,19 +1,22 @@
-// The window and the editor together: a click on a tile of the sheet, given to
+// The window and the editor together: a start in a cold prefix that draws the
+// sheet without waiting for Wine; a click on a tile of the sheet, given to
 // the window as the platform would (the widget under the point takes it),
-// selects the row before it in the editor stand-in running under Wine and
-// clicks that row's top-left corner.
+// that selects the row before it in the editor stand-in running under Wine and
+// clicks that row's top-left corner; Refresh reading the registry live.
 #include <QScrollBar>
 #include <QWindow>
 #include <QtTest>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
 #include <memory>
 #include <optional>
 #include <sstream>
 #include <thread>
 
-#include "editorlink/linkhelper.h"
 #include "editorlink/modcontrolwin.h"
+#include "settings/linkhelper.h"
 #include "standin.h"
 #include "support/tempdir.h"
 #include "teststyle.h"
@@ -28,6 +31,22 @@ constexpr int kCell = 64;
 using Clock = std::chrono::steady_clock;
 
 double Ms(Clock::duration d) { return std::chrono::duration<double, std::milli>(d).count(); }
+
+// Sets the editor's style setting the way the editor would, through Wine's own registry.
+bool SetEditorStyle(const std::string& unixPath) {
+    std::string windowsPath = "Z:" + unixPath;
+    for (char& c : windowsPath)
+        if (c == '/') c = '\\';
+    const std::string cmd =
+        "wine reg add 'HKCU\\Software\\DMA Design LTd\\Gta2 Editor\\App Defaults' /v 'App Style File' /d '" +
+        windowsPath + "' /f >/dev/null 2>&1";
+    return std::system(cmd.c_str()) == 0;
+}
+
+std::string UserReg() {
+    std::ifstream in(std::string(std::getenv("WINEPREFIX")) + "/user.reg");
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
 
 }  // namespace
 
@@ -69,17 +88,25 @@ private slots:
         QVERIFY2(missing.empty(), ("the Wine pieces are not all there: " + missing).c_str());
         dir_ = std::make_unique<testsupport::TempDir>();
         cwd_ = std::make_unique<testsupport::ScopedCurrentDir>(dir_->path());
-        const std::string style = dir_->File("e2e.sty");
-        wbtest::WriteStyle(style, kTiles);
-        editor_ = std::make_unique<standin::StandIn>(standin::Window{}, dir_->File("editor.log"));
-        QVERIFY2(editor_->ok(), "the editor stand-in did not come up");
-        // As the program starts: progress window hooks, the style from the command line, shown.
+        wbtest::WriteStyle(dir_->File("e2e.sty"), kTiles);
+    }
+
+    void coldStartDrawsTheSheetBeforeTheHelperAnswers() {
+        // No Wine server runs in the prefix: the helper's start boots it.
+        linkhelper::Shutdown();
+        QCOMPARE(std::system("wineserver -k >/dev/null 2>&1; wineserver -w"), 0);
+        // As the program starts: the helper, progress window hooks, the style from the command line, shown.
+        modControlWin::StartEditorLink();
         modGTA2::InstallAsDocumentHooks();
-        window_ = std::make_unique<frmSTY2>(style);
+        window_ = std::make_unique<frmSTY2>(dir_->File("e2e.sty"));
         window_->show();
         QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
         QCOMPARE(window_->Cols(), 9);
         QCOMPARE(window_->picMain->height(), (kTiles / 9 + 1) * kCell);
+        QVERIFY2(!linkhelper::Ready(), "the helper was up before the sheet was shown");
+        QTRY_VERIFY_WITH_TIMEOUT(linkhelper::Ready(), 30000);
+        editor_ = std::make_unique<standin::StandIn>(standin::Window{}, dir_->File("editor.log"));
+        QVERIFY2(editor_->ok(), "the editor stand-in did not come up");
     }
 
     void clickHandsTileToEditor_data() {
@@ -123,7 +150,7 @@ private slots:
             pages, Ms(handled - released), Ms(logged - released));
 
         QCOMPARE(window_->picMain->Tag, QString::number(tile));
-        QCOMPARE(modControlWin::hWndEditorList, std::uint32_t(editor_->list()));
+        QCOMPARE(modControlWin::hWndEditorList.load(), std::uint32_t(editor_->list()));
         auto lines = editor_->Lines();
         lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(from));
         QCOMPARE(lines.size(), std::size_t(4));
@@ -145,6 +172,21 @@ private slots:
         release << "lbuttonup 1 " << left << " " << top << " " << row;
         QCOMPARE(lines[2], press.str());
         QCOMPARE(lines[3], release.str());
+    }
+
+    void refreshReadsTheRegistryLive() {
+        const std::string first = dir_->File("first.sty"), second = dir_->File("second.sty");
+        wbtest::WriteStyle(first, 40);
+        wbtest::WriteStyle(second, 64);
+        QVERIFY(SetEditorStyle(first));
+        frmSTY2 window;
+        QCOMPARE(window.Sty().GetNumOfTiles(), 40);
+        QVERIFY(SetEditorStyle(second));
+        // The temporary folder's name is new to this run.
+        QVERIFY2(UserReg().find(dir_->path().filename().string()) == std::string::npos,
+                 "Wine wrote user.reg already: the test cannot tell a live read from the file");
+        window.cmdGen_Click();
+        QCOMPARE(window.Sty().GetNumOfTiles(), 64);
     }
 
     void cleanupTestCase() {

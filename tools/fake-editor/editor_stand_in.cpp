@@ -1,9 +1,10 @@
 // editor-stand-in.exe: a stand-in for the GTA2 editor in tests. A top-level
 // window with a list box of 992 rows that logs what reaches it:
-//   editor-stand-in.exe LOG [--title T] [--id N] [--class C]
+//   editor-stand-in.exe LOG [--title T] [--id N] [--class C] [--clock 1]
 // Log lines: "ready <top window> <control>", "setcursel <wParam> <selection after>",
 // "getitemrect <index> <left> <top> <right> <bottom>",
-// "lbuttondown|lbuttonup <wParam> <x> <y> <selection>".
+// "lbuttondown|lbuttonup <wParam> <x> <y> <selection>", with --clock followed by
+// " at <Unix time in ns>" (the wall clock, comparable with a Linux program's).
 #include <windows.h>
 
 #include <cstdio>
@@ -15,6 +16,23 @@ namespace {
 
 FILE* logFile = nullptr;
 WNDPROC listProc = nullptr;
+bool withClock = false;
+
+long long UnixNs() {
+    FILETIME ft;
+    GetSystemTimePreciseAsFileTime(&ft);
+    const long long ticks =
+        static_cast<long long>((static_cast<unsigned long long>(ft.dwHighDateTime) << 32) | ft.dwLowDateTime);
+    // FILETIME counts 100 ns from 1601.
+    return (ticks - 116444736000000000LL) * 100;
+}
+
+void LogPress(const char* what, long w, long x, long y, long sel) {
+    std::fprintf(logFile, "%s %ld %ld %ld %ld", what, w, x, y, sel);
+    if (withClock) std::fprintf(logFile, " at %lld", UnixNs());
+    std::fputc('\n', logFile);
+    std::fflush(logFile);
+}
 
 void Log(const char* fmt, long a, long b = 0, long c = 0, long d = 0, long e = 0) {
     std::fprintf(logFile, fmt, a, b, c, d, e);
@@ -38,10 +56,10 @@ LRESULT CALLBACK ListHook(HWND h, UINT msg, WPARAM wp, LPARAM lp) {
             break;
         }
         case WM_LBUTTONDOWN:
-            Log("lbuttondown %ld %ld %ld %ld", w, x, y, Selection(h));
+            LogPress("lbuttondown", w, x, y, Selection(h));
             break;
         case WM_LBUTTONUP:
-            Log("lbuttonup %ld %ld %ld %ld", w, x, y, Selection(h));
+            LogPress("lbuttonup", w, x, y, Selection(h));
             break;
         default:
             break;
@@ -67,6 +85,7 @@ int main(int argc, char** argv) {
         if (!std::strcmp(argv[i], "--title")) title = argv[i + 1];
         if (!std::strcmp(argv[i], "--id")) id = std::strtol(argv[i + 1], nullptr, 10);
         if (!std::strcmp(argv[i], "--class")) cls = argv[i + 1];
+        if (!std::strcmp(argv[i], "--clock")) withClock = std::strtol(argv[i + 1], nullptr, 10) != 0;
     }
     logFile = std::fopen(argv[1], "ab");
     if (!logFile) return 1;

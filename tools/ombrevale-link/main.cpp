@@ -4,6 +4,7 @@
 //   click <hwnd> <item>  -> "item <row the list box reported>"
 //   topmost <hwnd> <0|1> -> "result <n>"
 //   windows              -> "window <hwnd> <title>" for each top-level window, then "end"
+//   regvalue <hive> <key> <name> -> the value as RegQueryValueExA reads it (settings/regwire.h)
 //   quit
 #include <windows.h>
 
@@ -13,6 +14,8 @@
 
 #include "editorlink/modcontrolwin.h"
 #include "editorlink/win32search.h"
+#include "settings/cregistry.h"
+#include "settings/regwire.h"
 
 namespace {
 
@@ -21,6 +24,17 @@ BOOL CALLBACK ListWindow(HWND hWnd, LPARAM) {
     GetWindowTextA(hWnd, title, sizeof title);
     std::printf("window %lu %s\n", static_cast<unsigned long>(reinterpret_cast<std::uintptr_t>(hWnd)), title);
     return 1;
+}
+
+std::string ReadValue(std::int32_t hive, const std::string& key, const std::string& name) {
+    cRegistry reg;
+    reg.ClassKey(hive);
+    reg.SectionKey(key);
+    reg.ValueKey(name);
+    // No value type is negative: one left so means the read found nothing.
+    reg.ValueType(-1);
+    RegValue v = reg.Value();
+    return regwire::ValueAnswer(reg.ValueType() != -1, reg.ValueType(), v);
 }
 
 }  // namespace
@@ -35,6 +49,8 @@ int main() {
         unsigned long h = 0;
         long item = 0;
         int on = 0;
+        std::int32_t hive = 0;
+        std::string key, name;
         if (cmd == "find") {
             std::uint32_t found = modControlWin::SearchEditorList();
             if (found)
@@ -50,6 +66,8 @@ int main() {
         } else if (cmd == "windows") {
             EnumWindows(ListWindow, 0);
             std::printf("end\n");
+        } else if (regwire::ParseValueRequest(cmd, hive, key, name)) {
+            std::printf("%s\n", ReadValue(hive, key, name).c_str());
         } else if (cmd == "quit") {
             break;
         } else {

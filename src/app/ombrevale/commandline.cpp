@@ -4,7 +4,7 @@
 #include <string_view>
 
 #if !defined(_WIN32)
-#include "editorlink/linkhelper.h"
+#include "settings/linkhelper.h"
 #endif
 
 namespace {

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QFileInfo>
 #include <QTimer>
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -13,9 +14,12 @@
 
 #if defined(Q_OS_LINUX)
 #include <dlfcn.h>
+
+#include "settings/linkhelper.h"
 #endif
 
 #include "commandline.h"
+#include "editorlink/modcontrolwin.h"
 #include "style/hooks.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
@@ -47,12 +51,52 @@ private:
     std::thread thread_;
 };
 
+// OMBREVALE_STARTUP_TIMING=link: after the first paint, the longest time
+// the event loop went without a turn until the editor link is up (Linux; a
+// 20 s limit), so a Wine that boots meanwhile shows as a stall if it causes one.
+class StallWatch : public QObject {
+public:
+    explicit StallWatch(const QElapsedTimer& sinceMain) : sinceMain_(sinceMain) {
+        turns_.setTimerType(Qt::PreciseTimer);
+        turns_.setInterval(kTickMs);
+        connect(&turns_, &QTimer::timeout, this, [this] { Tick(); });
+    }
+    void Begin() {
+        last_.start();
+        turns_.start();
+    }
+
+private:
+    static constexpr int kTickMs = 2;
+    static constexpr qint64 kLimitNs = 20'000'000'000;
+    void Tick() {
+        longest_ = std::max(longest_, last_.nsecsElapsed());
+        last_.start();
+#if defined(Q_OS_LINUX)
+        const bool up = linkhelper::Ready();
+#else
+        const bool up = true;
+#endif
+        if (!up && sinceMain_.nsecsElapsed() < kLimitNs) return;
+        turns_.stop();
+        std::fprintf(stderr, "link %s after %.1f ms; longest event-loop gap meanwhile %.1f ms\n", up ? "up" : "not up",
+                     static_cast<double>(sinceMain_.nsecsElapsed()) / 1e6, static_cast<double>(longest_) / 1e6);
+        QCoreApplication::exit(0);
+    }
+    const QElapsedTimer& sinceMain_;
+    QTimer turns_;
+    QElapsedTimer last_;
+    qint64 longest_ = 0;
+};
+
 // OMBREVALE_STARTUP_TIMING=1: once the sheet's first paint has been flushed,
 // report on stderr, and end once what follows the first paint has run. The wall clock (CLOCK_REALTIME, ns) lets a
-// caller that noted the clock before the start measure from the exec itself.
+// caller that noted the clock before the start measure from the exec itself. With a StallWatch, that one ends the
+// program instead.
 class FirstSheetPaint : public QObject {
 public:
-    FirstSheetPaint(const QElapsedTimer& sinceMain, frmSTY2& window) : sinceMain_(sinceMain), window_(window) {}
+    FirstSheetPaint(const QElapsedTimer& sinceMain, frmSTY2& window, StallWatch* stalls)
+        : sinceMain_(sinceMain), window_(window), stalls_(stalls) {}
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override {
@@ -71,6 +115,10 @@ protected:
                          static_cast<double>(window_.LastRenderNs()) / 1e6,
                          static_cast<double>(window_.LastTileRoadNs()) / 1e6, window_.LastTilesDrawn(),
                          static_cast<int>(window_.Sty().GetNumOfTiles()), static_cast<long long>(wall));
+            if (stalls_) {
+                stalls_->Begin();
+                return;
+            }
             // The work put off until after the first paint still counts
             // towards the peak memory a caller measures: let it run first.
             QTimer::singleShot(kSettleMs, qApp, [] { QCoreApplication::exit(0); });
@@ -81,6 +129,7 @@ protected:
 private:
     const QElapsedTimer& sinceMain_;
     frmSTY2& window_;
+    StallWatch* stalls_;
     bool seen_ = false;
 };
 
@@ -90,6 +139,9 @@ int main(int argc, char* argv[]) {
     if (const auto answered = AnswerWithoutWindow(argc, argv)) return *answered;
     QElapsedTimer sinceStart;
     sinceStart.start();
+    // Wine may take a second or more to come up in a cold prefix: let it do
+    // so while Qt connects to the display and the style loads.
+    modControlWin::StartEditorLink();
     FontConfigWarmUp fonts;
     QApplication app(argc, argv);
     // Matches the installed ombrevale.desktop, whose icon Wayland shows.
@@ -103,8 +155,12 @@ int main(int argc, char* argv[]) {
     if (!work.Problem().isEmpty()) MsgBox(work.Problem().toStdString(), "Ombrevale", MsgIcon::Exclamation);
     frmSTY2 window(style);
     std::optional<FirstSheetPaint> timing;
-    if (const char* t = std::getenv("OMBREVALE_STARTUP_TIMING"); t && *t == '1') {
-        timing.emplace(sinceStart, window);
+    std::optional<StallWatch> stalls;
+    const std::string timingMode =
+        std::getenv("OMBREVALE_STARTUP_TIMING") ? std::getenv("OMBREVALE_STARTUP_TIMING") : "";
+    if (timingMode == "link") stalls.emplace(sinceStart);
+    if (timingMode == "1" || stalls) {
+        timing.emplace(sinceStart, window, stalls ? &*stalls : nullptr);
         // On the application, installed last, so it sees the paint before the
         // window's own filter sets off what follows the first paint.
         app.installEventFilter(&*timing);

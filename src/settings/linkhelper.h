@@ -1,0 +1,43 @@
+#pragma once
+// ombrevale-link.exe, the Win32 side of the editor link and of the live
+// registry read on Linux: run under Wine in the current prefix and spoken to a
+// line at a time. Wine can take seconds to come up, so the helper is started
+// on a thread of its own and nobody waits for it: until it is up, requests
+// fail at once and work that must reach it is queued.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace linkhelper {
+
+// Begins starting the helper unless it is up or starting; returns at once.
+// A start that failed is not tried again for a few seconds.
+void Start();
+
+// Up, with nothing queued ahead of a new request.
+bool Ready();
+
+// The Wine prefix a Ready() helper runs in; empty when it is not Ready().
+std::string ReadyPrefix();
+
+// Sends one request and collects the answer: one line, or for "windows" every
+// line up to "end". False at once when the helper is not Ready() (a start is
+// then begun), and false when it does not answer in time; it is then stopped.
+bool Request(const std::string& request, std::vector<std::string>& answer);
+
+// Runs `job` now when the helper is Ready(), else once it is up, on the
+// helper's own thread, where Request works for it. A job queued under a
+// `slot` that already waits replaces that one in its place in the queue.
+// Queued jobs are dropped when the start fails.
+void WhenUp(int slot, std::function<void()> job);
+
+// Where the helper is looked for: $OMBREVALE_LINK_EXE, else beside this
+// program (a build folder), else where it is installed (lib/ombrevale/).
+std::string HelperPath();
+
+// Stops the helper and its thread now and forgets a failed start (this also
+// happens when the process ends).
+void Shutdown();
+
+}  // namespace linkhelper
