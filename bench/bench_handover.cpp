@@ -69,8 +69,8 @@ int main(int argc, char* argv[]) {
     // The user's first click comes after the start-up's search has been answered.
     QElapsedTimer waited;
     waited.start();
-    while (!linkhelper::Ready() && waited.elapsed() < 30000) QTest::qWait(5);
-    if (!linkhelper::Ready()) {
+    while (!ombrevale::linkhelper::Ready() && waited.elapsed() < 30000) QTest::qWait(5);
+    if (!ombrevale::linkhelper::Ready()) {
         std::fprintf(stderr, "bench_handover: ombrevale-link.exe did not come up\n");
         return 1;
     }

@@ -15,7 +15,7 @@
 #include "pixels/picturecontrol.h"
 #include "style/hooks.h"
 
-namespace fuzzing {
+namespace ombrevale::fuzzing {
 
 // A finding the sanitizers cannot see: the code broke one of its own promises.
 [[noreturn]] inline void Broken(const char* what) {
@@ -84,4 +84,4 @@ private:
     int height_ = 64;
 };
 
-}  // namespace fuzzing
+}  // namespace ombrevale::fuzzing

@@ -33,8 +33,8 @@ std::string AsJasc(const Palette& pal) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzzing::EnterScratchFolder();
-    fuzzing::SilenceDocument();
+    ombrevale::fuzzing::EnterScratchFolder();
+    ombrevale::fuzzing::SilenceDocument();
     return 0;
 }
 
@@ -44,31 +44,31 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     clsSTY doc;
     // The first byte picks the palette, a few of them missing ones.
     const std::int32_t target = size == 0 ? 0 : static_cast<std::int32_t>(data[0] % (kPalettes + 3)) - 1;
-    fuzzing::WriteFile("in.pal", size == 0 ? data : data + 1, size == 0 ? 0 : size - 1);
+    ombrevale::fuzzing::WriteFile("in.pal", size == 0 ? data : data + 1, size == 0 ? 0 : size - 1);
 
     const auto before = STYPalData;
     const bool imported = doc.ImportPalette("in.pal", target);
     if (!imported) {
-        if (STYPalData != before) fuzzing::Broken("a refused import changed a palette");
+        if (STYPalData != before) ombrevale::fuzzing::Broken("a refused import changed a palette");
         return 0;
     }
-    if (target < 0 || target >= kPalettes) fuzzing::Broken("an import into a missing palette succeeded");
+    if (target < 0 || target >= kPalettes) ombrevale::fuzzing::Broken("an import into a missing palette succeeded");
     for (std::int32_t p = 0; p < kPalettes; ++p) {
         const auto& now = STYPalData[static_cast<std::size_t>(p)];
         const auto& was = before[static_cast<std::size_t>(p)];
         for (std::size_t i = 0; i < now.size(); ++i) {
             const bool mayChange = p == target && i % 4 != 3;
-            if (!mayChange && now[i] != was[i]) fuzzing::Broken("an import changed a byte outside its colours");
+            if (!mayChange && now[i] != was[i]) ombrevale::fuzzing::Broken("an import changed a byte outside its colours");
         }
     }
 
     const std::string text = AsJasc(STYPalData[static_cast<std::size_t>(target)]);
-    fuzzing::WriteFile("round.pal", reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
+    ombrevale::fuzzing::WriteFile("round.pal", reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
     const std::int32_t other = (target + 1) % kPalettes;
-    if (!doc.ImportPalette("round.pal", other)) fuzzing::Broken("a palette written as JASC-PAL did not import");
+    if (!doc.ImportPalette("round.pal", other)) ombrevale::fuzzing::Broken("a palette written as JASC-PAL did not import");
     const auto& a = STYPalData[static_cast<std::size_t>(target)];
     const auto& b = STYPalData[static_cast<std::size_t>(other)];
     for (std::size_t i = 0; i < a.size(); ++i)
-        if (i % 4 != 3 && a[i] != b[i]) fuzzing::Broken("a palette did not come back through JASC-PAL");
+        if (i % 4 != 3 && a[i] != b[i]) ombrevale::fuzzing::Broken("a palette did not come back through JASC-PAL");
     return 0;
 }

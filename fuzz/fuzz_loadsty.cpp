@@ -30,7 +30,7 @@ void ForEdges(std::int32_t count, F&& f) {
 }
 
 void RenderAndSaveEverything(clsSTY& doc) {
-    fuzzing::CheckingPicture pic;
+    ombrevale::fuzzing::CheckingPicture pic;
     ForEdges(doc.GetNumOfTiles(), [&](std::int32_t t) {
         doc.RenderTile(t, pic);
         doc.SaveTile("tile.bmp", t);
@@ -76,31 +76,31 @@ void ChangeOneDelta(clsSTY& doc, const std::uint8_t* data, std::size_t size) {
     auto after = EveryDelta(doc);
     before.erase({sprite, delta});
     after.erase({sprite, delta});
-    if (before != after) fuzzing::Broken("SetDeltaBits changed another delta");
+    if (before != after) ombrevale::fuzzing::Broken("SetDeltaBits changed another delta");
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzzing::EnterScratchFolder();
-    fuzzing::SilenceDocument();
+    ombrevale::fuzzing::EnterScratchFolder();
+    ombrevale::fuzzing::SilenceDocument();
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    fuzzing::WriteFile("in.sty", data, size);
+    ombrevale::fuzzing::WriteFile("in.sty", data, size);
     ResetSharedStores();
     clsSTY doc;
     if (!doc.LoadSTY("in.sty")) return 0;
     RenderAndSaveEverything(doc);
     ChangeOneDelta(doc, data, size);
 
-    if (!doc.SaveSTY("first.sty")) fuzzing::Broken("a loaded document did not save");
+    if (!doc.SaveSTY("first.sty")) ombrevale::fuzzing::Broken("a loaded document did not save");
     ResetSharedStores();
     clsSTY again;
-    if (!again.LoadSTY("first.sty")) fuzzing::Broken("a saved document did not load");
-    if (!again.SaveSTY("second.sty")) fuzzing::Broken("a reloaded document did not save");
-    if (fuzzing::ReadFile("first.sty") != fuzzing::ReadFile("second.sty"))
-        fuzzing::Broken("a saved file did not come back byte for byte");
+    if (!again.LoadSTY("first.sty")) ombrevale::fuzzing::Broken("a saved document did not load");
+    if (!again.SaveSTY("second.sty")) ombrevale::fuzzing::Broken("a reloaded document did not save");
+    if (ombrevale::fuzzing::ReadFile("first.sty") != ombrevale::fuzzing::ReadFile("second.sty"))
+        ombrevale::fuzzing::Broken("a saved file did not come back byte for byte");
     return 0;
 }

@@ -13,10 +13,10 @@
 #include "fuzz_common.h"
 #include "settings/regfile.h"
 
-using regfile::File;
-using regfile::Key;
-using regfile::Text;
-using regfile::Value;
+using ombrevale::regfile::File;
+using ombrevale::regfile::Key;
+using ombrevale::regfile::Text;
+using ombrevale::regfile::Value;
 
 namespace {
 
@@ -57,23 +57,23 @@ bool SameContents(const File& a, File& b) {
 
 void CheckRewrite(const File& file) {
     std::string once;
-    if (!file.Serialize(once)) fuzzing::Broken("a complete file did not write");
+    if (!file.Serialize(once)) ombrevale::fuzzing::Broken("a complete file did not write");
     File back;
     back.Parse(once);
-    if (!back.Complete()) fuzzing::Broken(("what was written does not parse: " + back.Problem()).c_str());
-    if (!SameContents(file, back)) fuzzing::Broken("what was written reads back different");
+    if (!back.Complete()) ombrevale::fuzzing::Broken(("what was written does not parse: " + back.Problem()).c_str());
+    if (!SameContents(file, back)) ombrevale::fuzzing::Broken("what was written reads back different");
     std::string twice;
-    if (!back.Serialize(twice) || twice != once) fuzzing::Broken("writing twice gave different text");
+    if (!back.Serialize(twice) || twice != once) ombrevale::fuzzing::Broken("writing twice gave different text");
 }
 
 void CheckEscapes(const Text& s) {
     for (const bool keyPath : {false, true}) {
-        const std::string escaped = regfile::Escape(s, keyPath);
+        const std::string escaped = ombrevale::regfile::Escape(s, keyPath);
         const std::string line = escaped + (keyPath ? "]" : "\"");
         std::size_t pos = 0;
         Text back;
-        if (!regfile::Unescape(line, pos, keyPath ? ']' : '"', back) || back != s || pos != escaped.size())
-            fuzzing::Broken("a text did not survive its escapes");
+        if (!ombrevale::regfile::Unescape(line, pos, keyPath ? ']' : '"', back) || back != s || pos != escaped.size())
+            ombrevale::fuzzing::Broken("a text did not survive its escapes");
     }
 }
 
@@ -95,7 +95,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     CheckEscapes(valueName);
     if (!file.Complete()) {
         std::string refused;
-        if (file.Serialize(refused)) fuzzing::Broken("an incomplete file was written");
+        if (file.Serialize(refused)) ombrevale::fuzzing::Broken("an incomplete file was written");
         return 0;
     }
     CheckRewrite(file);
@@ -119,6 +119,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     back.Parse(text);
     const Key* again = back.FindKey(path);
     const Value* got = again ? File::FindValue(*again, valueName) : nullptr;
-    if (!got || got->type != v.type || got->data != v.data) fuzzing::Broken("a value set did not read back");
+    if (!got || got->type != v.type || got->data != v.data) ombrevale::fuzzing::Broken("a value set did not read back");
     return 0;
 }

@@ -8,11 +8,10 @@
 #include <iostream>
 #include <string>
 
-#include "style/fullstyle.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 
 namespace fs = std::filesystem;
-using testsupport::Bytes;
+using ombrevale::stylewriter::Bytes;
 
 namespace {
 
@@ -47,18 +46,18 @@ const char* kUserReg =
 
 // One strip of tiles and one page of palettes, the smallest style that still
 // draws; the other sections as the full style has them.
-testsupport::StyleBytes Compact(const styletest::FullStyle& full, bool deltasOnASprite) {
+ombrevale::stylewriter::StyleBytes Compact(const ombrevale::stylewriter::FullStyle& full, bool deltasOnASprite) {
     const Bytes& f = full.file.bytes();
     const auto& b = full.file.boundaries();
-    std::vector<testsupport::TilePixels> tiles(full.tiles.begin(), full.tiles.begin() + 4);
-    std::vector<testsupport::PaletteBytes> pals(full.palettes.begin(), full.palettes.begin() + 64);
-    testsupport::StyleBytes s;
-    s.Add("TILE", testsupport::TilePayload(tiles)).Add("PPAL", testsupport::PalettePayload(pals));
+    std::vector<ombrevale::stylewriter::TilePixels> tiles(full.tiles.begin(), full.tiles.begin() + 4);
+    std::vector<ombrevale::stylewriter::PaletteBytes> pals(full.palettes.begin(), full.palettes.begin() + 64);
+    ombrevale::stylewriter::StyleBytes s;
+    s.Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).Add("PPAL", ombrevale::stylewriter::PalettePayload(pals));
     for (std::size_t i = 2; i < b.size(); ++i) {
         if (deltasOnASprite && i == 4) {
             // Sprite 1 (30 by 3) with two deltas of runs: distance, length, pixels.
-            using testsupport::Cat;
-            using testsupport::LE16;
+            using ombrevale::stylewriter::Cat;
+            using ombrevale::stylewriter::LE16;
             s.Add("DELX", Cat({LE16(1), {2, 0}, LE16(9), LE16(6)}));
             s.Add("DELS", {3, 0, 2, 9, 9, 0, 1, 1, 7, 0, 0, 3, 1, 2, 3});
             ++i;
@@ -86,25 +85,25 @@ int main(int argc, char** argv) {
     const fs::path out = argv[1];
     for (const char* d : {"loadsty", "importpalette", "regfile"}) fs::create_directories(out / d);
 
-    const auto full = styletest::MakeFullStyle();
-    testsupport::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());
-    testsupport::WriteFile((out / "loadsty/scrambled.sty").string(), styletest::MakeScrambledStyle(full).bytes());
-    testsupport::WriteFile((out / "loadsty/compact.sty").string(), Compact(full, false).bytes());
-    testsupport::WriteFile((out / "loadsty/deltas.sty").string(), Compact(full, true).bytes());
+    const auto full = ombrevale::stylewriter::MakeFullStyle();
+    ombrevale::stylewriter::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());
+    ombrevale::stylewriter::WriteFile((out / "loadsty/scrambled.sty").string(), ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
+    ombrevale::stylewriter::WriteFile((out / "loadsty/compact.sty").string(), Compact(full, false).bytes());
+    ombrevale::stylewriter::WriteFile((out / "loadsty/deltas.sty").string(), Compact(full, true).bytes());
 
-    testsupport::WriteFile((out / "importpalette/crlf.pal").string(), AsBytes("\x01" + Jasc("\r\n", 256)));
-    testsupport::WriteFile((out / "importpalette/lf.pal").string(), AsBytes("\x02" + Jasc("\n", 256)));
-    testsupport::WriteFile((out / "importpalette/cr.pal").string(), AsBytes("\x03" + Jasc("\r", 256)));
-    testsupport::WriteFile((out / "importpalette/short.pal").string(), AsBytes("\x01" + Jasc("\r\n", 17)));
+    ombrevale::stylewriter::WriteFile((out / "importpalette/crlf.pal").string(), AsBytes("\x01" + Jasc("\r\n", 256)));
+    ombrevale::stylewriter::WriteFile((out / "importpalette/lf.pal").string(), AsBytes("\x02" + Jasc("\n", 256)));
+    ombrevale::stylewriter::WriteFile((out / "importpalette/cr.pal").string(), AsBytes("\x03" + Jasc("\r", 256)));
+    ombrevale::stylewriter::WriteFile((out / "importpalette/short.pal").string(), AsBytes("\x01" + Jasc("\r\n", 17)));
 
     const Bytes change = {5, 'G', 'T', 'A', '2', 0xC3, 0x21, 4, 'N', 'a', 'm', 'e', 1, 6, 'a', 0, 'b', 0, 0, 0};
     Bytes reg = AsBytes(kUserReg);
     reg.push_back(0);
     reg.insert(reg.end(), change.begin(), change.end());
-    testsupport::WriteFile((out / "regfile/user.reg").string(), reg);
+    ombrevale::stylewriter::WriteFile((out / "regfile/user.reg").string(), reg);
     Bytes bare = AsBytes("WINE REGISTRY Version 2\n");
     bare.push_back(0);
     bare.insert(bare.end(), change.begin(), change.end());
-    testsupport::WriteFile((out / "regfile/empty.reg").string(), bare);
+    ombrevale::stylewriter::WriteFile((out / "regfile/empty.reg").string(), bare);
     return 0;
 }

@@ -17,7 +17,7 @@ enum Slot { kSearch, kClick };
 void SearchNow() {
     std::vector<std::string> answer;
     unsigned long h = 0;
-    if (linkhelper::Request("find", answer) && std::sscanf(answer[0].c_str(), "found %lu", &h) == 1 && h != 0)
+    if (ombrevale::linkhelper::Request("find", answer) && std::sscanf(answer[0].c_str(), "found %lu", &h) == 1 && h != 0)
         hWndEditorList = static_cast<std::uint32_t>(h);
 }
 
@@ -25,7 +25,7 @@ void SearchNow() {
 bool ClickNow(std::uint32_t hWnd, std::int32_t& Item) {
     std::vector<std::string> answer;
     long row = 0;
-    if (!linkhelper::Request("click " + std::to_string(hWnd) + " " + std::to_string(Item), answer) ||
+    if (!ombrevale::linkhelper::Request("click " + std::to_string(hWnd) + " " + std::to_string(Item), answer) ||
         std::sscanf(answer[0].c_str(), "item %ld", &row) != 1)
         return false;
     Item = static_cast<std::int32_t>(row);
@@ -34,16 +34,16 @@ bool ClickNow(std::uint32_t hWnd, std::int32_t& Item) {
 
 }  // namespace
 
-void StartEditorLink() { linkhelper::Start(); }
+void StartEditorLink() { ombrevale::linkhelper::Start(); }
 
-void FindEditorList() { linkhelper::WhenUp(kSearch, SearchNow); }
+void FindEditorList() { ombrevale::linkhelper::WhenUp(kSearch, SearchNow); }
 
 void clickListboxItem(std::uint32_t hWnd, std::int32_t& Item) {
-    if (linkhelper::Ready() && ClickNow(hWnd, Item)) return;
+    if (ombrevale::linkhelper::Ready() && ClickNow(hWnd, Item)) return;
     const std::int32_t row = Item;
     // A message to nobody answers 0, as SendMessageA does for a dead handle.
     Item = 0;
-    linkhelper::WhenUp(kClick, [row] {
+    ombrevale::linkhelper::WhenUp(kClick, [row] {
         std::int32_t item = row;
         ClickNow(hWndEditorList, item);
     });

@@ -3,7 +3,7 @@
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 
-namespace pixelchecks {
+namespace ombrevale::pixelchecks {
 
 using modDeclares::STYPalBase;
 using modDeclares::STYPalData;
@@ -59,4 +59,4 @@ std::optional<std::int16_t> SpritePalette(const clsSTY& doc, std::int32_t idx, s
     return own;
 }
 
-}  // namespace pixelchecks
+}  // namespace ombrevale::pixelchecks

@@ -8,7 +8,7 @@
 
 #include "style/clssty.h"
 
-namespace pixelchecks {
+namespace ombrevale::pixelchecks {
 
 // Shows "sWhat" as a refusal and returns false.
 bool Refuse(const std::string& sWhat);
@@ -25,4 +25,4 @@ std::optional<std::int16_t> PhysicalPalette(std::int32_t virtualNumber);
 std::optional<std::int16_t> TilePalette(const clsSTY& doc, std::int32_t idx);
 std::optional<std::int16_t> SpritePalette(const clsSTY& doc, std::int32_t idx, std::int16_t pal);
 
-}  // namespace pixelchecks
+}  // namespace ombrevale::pixelchecks

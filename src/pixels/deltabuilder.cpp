@@ -79,15 +79,15 @@ std::optional<ByteString> Encode(const std::vector<Run>& runs, std::string& why)
 }  // namespace
 
 bool clsSTY::SetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, ByteString& bits) {
-    using pixelchecks::Refuse;
+    using ombrevale::pixelchecks::Refuse;
     const std::string name = "delta " + std::to_string(deltaNumber) + " of sprite " + std::to_string(spriteIdx);
-    if (!pixelchecks::SpriteExists(*this, spriteIdx))
+    if (!ombrevale::pixelchecks::SpriteExists(*this, spriteIdx))
         return Refuse("There is no sprite " + std::to_string(spriteIdx) + ".");
-    deltaruns::Place place;
-    if (!deltaruns::Find(deltaNumber, spriteIdx, place)) return Refuse("There is no " + name + " to replace.");
-    const auto g = spriteblock::Of(*this, spriteIdx);
+    ombrevale::deltaruns::Place place;
+    if (!ombrevale::deltaruns::Find(deltaNumber, spriteIdx, place)) return Refuse("There is no " + name + " to replace.");
+    const auto g = ombrevale::spriteblock::Of(*this, spriteIdx);
     const auto expected = static_cast<std::size_t>(g.padded) * static_cast<std::size_t>(g.height);
-    const ByteString oldTop = spriteblock::RowsTopFirst(*this, g);
+    const ByteString oldTop = ombrevale::spriteblock::RowsTopFirst(*this, g);
     if (oldTop.size() != expected)
         return Refuse("Sprite " + std::to_string(spriteIdx) + " runs past the end of the sprite data.");
     if (bits.size() != expected)
@@ -96,7 +96,7 @@ bool clsSTY::SetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, Byte
     if (place.start + place.length > STYDeltaStore.size())
         return Refuse("The " + name + " runs past the end of the delta data.");
 
-    ByteString newTop = spriteblock::FlipRows(bits, g.padded);
+    ByteString newTop = ombrevale::spriteblock::FlipRows(bits, g.padded);
     std::string why;
     const auto delta = Encode(BuildRuns(oldTop, newTop, g.padded, g.height), why);
     if (!delta) return Refuse("The " + name + " cannot be made from this image: " + why + ".");

@@ -8,7 +8,7 @@
 
 #include "style/bytes.h"
 
-namespace deltaruns {
+namespace ombrevale::deltaruns {
 
 // Calls visit(P, pixels) for every run. A run cut short by the end of the
 // delta gives the pixels that are there and ends the walk.
@@ -36,4 +36,4 @@ struct Place {
 };
 bool Find(std::int16_t deltaNumber, std::int16_t spriteIdx, Place& out);
 
-}  // namespace deltaruns
+}  // namespace ombrevale::deltaruns

@@ -14,7 +14,7 @@
 using modDeclares::STYDeltaIndex;
 using modDeclares::STYDeltaStore;
 
-namespace deltaruns {
+namespace ombrevale::deltaruns {
 
 namespace {
 // Sizes below zero name no bytes.
@@ -39,15 +39,15 @@ bool Find(std::int16_t deltaNumber, std::int16_t spriteIdx, Place& out) {
     return false;
 }
 
-}  // namespace deltaruns
+}  // namespace ombrevale::deltaruns
 
 namespace {
 
 // The delta's bytes where they lie in the store; a delta whose bytes run past
 // the store gives what is there.
 std::span<const std::uint8_t> DeltaBytes(std::int16_t deltaNumber, std::int16_t spriteIdx) {
-    deltaruns::Place place;
-    if (!deltaruns::Find(deltaNumber, spriteIdx, place)) return {};
+    ombrevale::deltaruns::Place place;
+    if (!ombrevale::deltaruns::Find(deltaNumber, spriteIdx, place)) return {};
     const std::size_t start = std::min(place.start, STYDeltaStore.size());
     const std::size_t end = std::min(start + place.length, STYDeltaStore.size());
     return std::span<const std::uint8_t>(STYDeltaStore).subspan(start, end - start);
@@ -62,15 +62,15 @@ ByteString clsSTY::GetDeltaString(std::int16_t deltaNumber, std::int16_t spriteI
 
 void clsSTY::RenderDelta(std::int16_t deltaNumber, std::int16_t spriteIdx, PictureControl& PicBox,
                          std::int16_t PalIdx) const {
-    if (!pixelchecks::PaletteExists(PalIdx)) {
-        pixelchecks::Refuse("There is no palette " + std::to_string(PalIdx) + " to draw the delta in.");
+    if (!ombrevale::pixelchecks::PaletteExists(PalIdx)) {
+        ombrevale::pixelchecks::Refuse("There is no palette " + std::to_string(PalIdx) + " to draw the delta in.");
         return;
     }
     // The palette is known good: its 256 colours once, not a checked lookup a pixel.
     std::array<std::int32_t, 256> colour{};
     for (std::size_t c = 0; c < colour.size(); ++c) colour[c] = GetCol(PalIdx, static_cast<std::int32_t>(c));
     std::array<std::int32_t, 255> run{};
-    deltaruns::ForEachRun(DeltaBytes(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
+    ombrevale::deltaruns::ForEachRun(DeltaBytes(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
         if (P < 0) return;
         const auto x = static_cast<int>(P % kSpriteRowStride), y = static_cast<int>(P / kSpriteRowStride);
         for (std::size_t i = 0; i < pixels.size(); ++i) run[i] = colour[pixels[i]];
@@ -80,12 +80,12 @@ void clsSTY::RenderDelta(std::int16_t deltaNumber, std::int16_t spriteIdx, Pictu
 
 bool clsSTY::SaveDelta(const std::string& sFile, std::int16_t deltaNumber, std::int16_t spriteIdx,
                        std::int16_t& Pal) const {
-    const auto pal = pixelchecks::SpritePalette(*this, spriteIdx, Pal);
+    const auto pal = ombrevale::pixelchecks::SpritePalette(*this, spriteIdx, Pal);
     if (!pal) return false;
-    const auto g = spriteblock::Of(*this, spriteIdx);
-    ByteString block = spriteblock::RowsTopFirst(*this, g);
+    const auto g = ombrevale::spriteblock::Of(*this, spriteIdx);
+    ByteString block = ombrevale::spriteblock::RowsTopFirst(*this, g);
     // One column right of where RenderDelta draws; what passes the block's end is dropped.
-    deltaruns::ForEachRun(DeltaBytes(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
+    ombrevale::deltaruns::ForEachRun(DeltaBytes(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
         if (P < 0) return;
         const std::int64_t first = (P / kSpriteRowStride) * g.padded + P % kSpriteRowStride + 1;
         for (std::size_t i = 0; i < pixels.size(); ++i) {
@@ -96,7 +96,7 @@ bool clsSTY::SaveDelta(const std::string& sFile, std::int16_t deltaNumber, std::
     std::error_code ec;
     std::filesystem::remove(sFile, ec);
     Pal = *pal;
-    if (!modBMP::WriteBMP(sFile, g.width, g.height, *pal, spriteblock::FlipRows(block, g.padded)))
-        return pixelchecks::Refuse("The picture file " + sFile + " cannot be written.");
+    if (!modBMP::WriteBMP(sFile, g.width, g.height, *pal, ombrevale::spriteblock::FlipRows(block, g.padded)))
+        return ombrevale::pixelchecks::Refuse("The picture file " + sFile + " cannot be written.");
     return true;
 }

@@ -58,15 +58,15 @@ std::optional<std::array<std::uint8_t, 3>> ColourLine(const std::string& line) {
 }
 
 bool Fail(const std::string& file, const std::string& why) {
-    return pixelchecks::Refuse("The palette file " + file + " was not imported: " + why +
+    return ombrevale::pixelchecks::Refuse("The palette file " + file + " was not imported: " + why +
                                ". The palette is unchanged.");
 }
 
 }  // namespace
 
 bool clsSTY::ImportPalette(const std::string& sFile, std::int32_t PalIdx) {
-    if (!pixelchecks::PaletteExists(PalIdx))
-        return pixelchecks::Refuse("There is no palette " + std::to_string(PalIdx) + " to import into.");
+    if (!ombrevale::pixelchecks::PaletteExists(PalIdx))
+        return ombrevale::pixelchecks::Refuse("There is no palette " + std::to_string(PalIdx) + " to import into.");
     std::ifstream in(sFile, std::ios::binary);
     if (!in) return Fail(sFile, "it cannot be opened");
     std::string line;

@@ -5,7 +5,7 @@
 
 #include "style/clssty.h"
 
-namespace spriteblock {
+namespace ombrevale::spriteblock {
 
 struct Geometry {
     std::int64_t offset = 0;
@@ -24,4 +24,4 @@ ByteString RowsTopFirst(const clsSTY& doc, const Geometry& g);
 // Rows of W bytes in the other order; a short last row stays short.
 ByteString FlipRows(const ByteString& block, std::int32_t W);
 
-}  // namespace spriteblock
+}  // namespace ombrevale::spriteblock

@@ -9,7 +9,7 @@
 #include "pixels/transparentkey.h"
 #include "style/clssty.h"
 
-namespace spriteblock {
+namespace ombrevale::spriteblock {
 
 Geometry Of(const clsSTY& doc, std::int32_t idx) {
     const SpriteRecord& rec = doc.STYSpriteIndex[static_cast<std::size_t>(idx)];
@@ -45,7 +45,7 @@ ByteString FlipRows(const ByteString& block, std::int32_t W) {
     return out;
 }
 
-}  // namespace spriteblock
+}  // namespace ombrevale::spriteblock
 
 namespace {
 
@@ -64,27 +64,27 @@ void clsSTY::Fixwidth(std::int32_t& iWidth) {
 }
 
 std::int32_t clsSTY::GetSpriteHeight(std::int32_t idx) const {
-    return pixelchecks::SpriteExists(*this, idx) ? STYSpriteIndex[static_cast<std::size_t>(idx)].height : 0;
+    return ombrevale::pixelchecks::SpriteExists(*this, idx) ? STYSpriteIndex[static_cast<std::size_t>(idx)].height : 0;
 }
 
 std::int32_t clsSTY::GetSpriteWidth(std::int32_t idx) const {
-    return pixelchecks::SpriteExists(*this, idx) ? STYSpriteIndex[static_cast<std::size_t>(idx)].width : 0;
+    return ombrevale::pixelchecks::SpriteExists(*this, idx) ? STYSpriteIndex[static_cast<std::size_t>(idx)].width : 0;
 }
 
 std::int32_t clsSTY::GetSpriteOffset(std::int32_t idx) const {
-    return pixelchecks::SpriteExists(*this, idx) ? STYSpriteIndex[static_cast<std::size_t>(idx)].offset : 0;
+    return ombrevale::pixelchecks::SpriteExists(*this, idx) ? STYSpriteIndex[static_cast<std::size_t>(idx)].offset : 0;
 }
 
 ByteString clsSTY::GetBits(std::int32_t SprNum) const {
-    if (!pixelchecks::SpriteExists(*this, SprNum)) return {};
-    const auto g = spriteblock::Of(*this, SprNum);
-    return spriteblock::FlipRows(spriteblock::RowsTopFirst(*this, g), g.padded);
+    if (!ombrevale::pixelchecks::SpriteExists(*this, SprNum)) return {};
+    const auto g = ombrevale::spriteblock::Of(*this, SprNum);
+    return ombrevale::spriteblock::FlipRows(ombrevale::spriteblock::RowsTopFirst(*this, g), g.padded);
 }
 
 bool clsSTY::SetBits(std::int16_t SprNum, const ByteString& bits) {
-    if (!pixelchecks::SpriteExists(*this, SprNum))
-        return pixelchecks::Refuse("There is no sprite " + std::to_string(SprNum) + " to write into.");
-    const auto g = spriteblock::Of(*this, SprNum);
+    if (!ombrevale::pixelchecks::SpriteExists(*this, SprNum))
+        return ombrevale::pixelchecks::Refuse("There is no sprite " + std::to_string(SprNum) + " to write into.");
+    const auto g = ombrevale::spriteblock::Of(*this, SprNum);
     const auto size = static_cast<std::int64_t>(STYSpriteData.size());
     // Row r of the block is sprite row height - 1 - r; the store never grows.
     for (std::int64_t r = 0; r < g.height; ++r) {
@@ -101,22 +101,22 @@ bool clsSTY::SetBits(std::int16_t SprNum, const ByteString& bits) {
 }
 
 bool clsSTY::SaveSprite(const std::string& sFile, std::int32_t idx, std::int16_t& Pal) const {
-    const auto pal = pixelchecks::SpritePalette(*this, idx, Pal);
+    const auto pal = ombrevale::pixelchecks::SpritePalette(*this, idx, Pal);
     if (!pal) return false;
-    const auto g = spriteblock::Of(*this, idx);
-    const ByteString block = spriteblock::FlipRows(spriteblock::RowsTopFirst(*this, g), g.padded);
+    const auto g = ombrevale::spriteblock::Of(*this, idx);
+    const ByteString block = ombrevale::spriteblock::FlipRows(ombrevale::spriteblock::RowsTopFirst(*this, g), g.padded);
     RemoveQuietly(sFile);
     Pal = *pal;
     if (!modBMP::WriteBMP(sFile, g.width, g.height, *pal, block))
-        return pixelchecks::Refuse("The picture file " + sFile + " cannot be written.");
+        return ombrevale::pixelchecks::Refuse("The picture file " + sFile + " cannot be written.");
     return true;
 }
 
 bool clsSTY::RenderSprite(std::int32_t idx, PictureControl& PicBox, std::int16_t& Pal) {
-    const auto pal = pixelchecks::SpritePalette(*this, idx, Pal);
+    const auto pal = ombrevale::pixelchecks::SpritePalette(*this, idx, Pal);
     if (!pal) return false;
     iLastPal = *pal;
-    const auto g = spriteblock::Of(*this, idx);
+    const auto g = ombrevale::spriteblock::Of(*this, idx);
     iLastWidth = g.width;
     iLastHeight = g.height;
     {

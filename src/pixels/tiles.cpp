@@ -11,13 +11,13 @@ namespace {
 using modBMP::kWorkFile;
 
 bool TellNotWritten(const std::string& file) {
-    return pixelchecks::Refuse("The picture file " + file + " cannot be written.");
+    return ombrevale::pixelchecks::Refuse("The picture file " + file + " cannot be written.");
 }
 
 }  // namespace
 
 bool clsSTY::RenderTile(std::int32_t idx, PictureControl& PicBox) {
-    const auto pal = pixelchecks::TilePalette(*this, idx);
+    const auto pal = ombrevale::pixelchecks::TilePalette(*this, idx);
     if (!pal) return false;
     iLastPal = *pal;
     iLastWidth = kTileSide;
@@ -31,7 +31,7 @@ bool clsSTY::RenderTile(std::int32_t idx, PictureControl& PicBox) {
 }
 
 bool clsSTY::SaveTile(const std::string& sFile, std::int32_t idx) const {
-    const auto pal = pixelchecks::TilePalette(*this, idx);
+    const auto pal = ombrevale::pixelchecks::TilePalette(*this, idx);
     if (!pal) return false;
     // Bottom row first, as a BMP stores it; 64 needs no row padding.
     const Tile& tile = STYTileStore[static_cast<std::size_t>(idx)];
@@ -43,8 +43,8 @@ bool clsSTY::SaveTile(const std::string& sFile, std::int32_t idx) const {
 }
 
 bool clsSTY::SetBitsTile(std::int32_t TileNum, const ByteString& bits) {
-    if (!pixelchecks::TileExists(*this, TileNum))
-        return pixelchecks::Refuse("There is no tile " + std::to_string(TileNum) + " to write into.");
+    if (!ombrevale::pixelchecks::TileExists(*this, TileNum))
+        return ombrevale::pixelchecks::Refuse("There is no tile " + std::to_string(TileNum) + " to write into.");
     // Rows run top to bottom here; a short string leaves its rows filled with 32.
     PixelBlock block;
     for (std::size_t i = 0; i < block.size(); ++i) block[i] = i < bits.size() ? bits[i] : 32;

@@ -3,9 +3,9 @@
 
 #include "settings/cregistry_impl.h"
 
-std::string RegValueText(const RegValue& v) { return cregistry_impl::ValueAsText(v); }
+std::string RegValueText(const RegValue& v) { return ombrevale::cregistry_impl::ValueAsText(v); }
 
-namespace cregistry_impl {
+namespace ombrevale::cregistry_impl {
 
 bool IsExpandableText(const std::string& s) {
     std::size_t first = s.find('%');
@@ -38,4 +38,4 @@ std::int32_t NumberFromBytes(const std::uint8_t* p, std::size_t n) {
     return static_cast<std::int32_t>(u);
 }
 
-}  // namespace cregistry_impl
+}  // namespace ombrevale::cregistry_impl

@@ -6,7 +6,7 @@
 
 #include "settings/cregistry.h"
 
-namespace cregistry_impl {
+namespace ombrevale::cregistry_impl {
 
 // The % test of a text write: expandable when a '%' has another '%' at least
 // two places behind it, so that a name fits between them.
@@ -23,4 +23,4 @@ bool ValueAsNumber(const RegValue& v, std::int32_t& n);
 // Little-endian number from the first (up to) four bytes; missing bytes are 0.
 std::int32_t NumberFromBytes(const std::uint8_t* p, std::size_t n);
 
-}  // namespace cregistry_impl
+}  // namespace ombrevale::cregistry_impl

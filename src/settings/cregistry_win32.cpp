@@ -4,7 +4,7 @@
 #include "settings/cregistry.h"
 #include "settings/cregistry_impl.h"
 
-using namespace cregistry_impl;
+using namespace ombrevale::cregistry_impl;
 
 namespace {
 

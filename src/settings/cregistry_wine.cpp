@@ -16,15 +16,15 @@
 #include "settings/regwire.h"
 #include "settings/wineprefix.h"
 
-using regfile::Text;
-using namespace cregistry_impl;
+using ombrevale::regfile::Text;
+using namespace ombrevale::cregistry_impl;
 
 namespace {
 
 struct Hive {
     std::string path;
     Text root;  // where the hive's keys start inside the file
-    regfile::File file;
+    ombrevale::regfile::File file;
 };
 
 std::uint64_t Now() {
@@ -34,7 +34,7 @@ std::uint64_t Now() {
 
 // False when there is no prefix or no registry file for this hive.
 bool OpenHive(std::int32_t classKey, Hive& hive) {
-    std::string prefix = winepath::PrefixDir();
+    std::string prefix = ombrevale::winepath::PrefixDir();
     if (prefix.empty()) return false;
     if (classKey == HKEY_CURRENT_USER_) {
         hive.path = prefix + "/user.reg";
@@ -74,7 +74,7 @@ bool SaveHive(const Hive& hive) {
 }
 
 Text KeyPath(const Hive& hive, const std::string& section) {
-    Text sub = regfile::Widen(section);
+    Text sub = ombrevale::regfile::Widen(section);
     if (hive.root.empty()) return sub;
     return sub.empty() ? hive.root : hive.root + u"\\" + sub;
 }
@@ -84,7 +84,7 @@ bool EnsureKey(Hive& hive, const Text& path, bool& changed) {
     changed = false;
     if (hive.file.FindKey(path)) return true;
     std::vector<Text> parts;
-    if (!regfile::SplitPath(path, parts) || parts.empty()) return false;
+    if (!ombrevale::regfile::SplitPath(path, parts) || parts.empty()) return false;
     if (!hive.file.Complete()) return false;
     changed = hive.file.AddKey(path, Now());
     return changed;
@@ -116,14 +116,14 @@ std::string ExpandEnvStr(const std::string& s) {
 }
 
 std::string StringOf(const std::vector<std::uint8_t>& data) {
-    regfile::Text units;
+    ombrevale::regfile::Text units;
     for (std::size_t i = 0; i + 1 < data.size(); i += 2) units += static_cast<char16_t>(data[i] | (data[i + 1] << 8));
-    return regfile::Narrow(units);
+    return ombrevale::regfile::Narrow(units);
 }
 
 std::vector<std::uint8_t> DataOf(const std::string& text) {
     std::vector<std::uint8_t> data;
-    for (char16_t c : regfile::Widen(text)) {
+    for (char16_t c : ombrevale::regfile::Widen(text)) {
         data.push_back(static_cast<std::uint8_t>(c & 0xFF));
         data.push_back(static_cast<std::uint8_t>(c >> 8));
     }
@@ -158,27 +158,27 @@ bool cRegistry::DeleteKey() {
 bool cRegistry::DeleteValue() {
     Hive hive;
     if (!OpenHive(classKey_, hive) || !hive.file.Complete()) return false;
-    regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
-    return key && regfile::File::RemoveValue(*key, regfile::Widen(valueKey_), Now()) && SaveHive(hive);
+    ombrevale::regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
+    return key && ombrevale::regfile::File::RemoveValue(*key, ombrevale::regfile::Widen(valueKey_), Now()) && SaveHive(hive);
 }
 
 RegValue cRegistry::Value() const {
-    const std::string prefix = winepath::PrefixDir();
+    const std::string prefix = ombrevale::winepath::PrefixDir();
     std::vector<std::string> answer;
     bool found = false;
     std::int32_t type = 0;
     RegValue live;
-    if (!prefix.empty() && linkhelper::ReadyPrefix() == prefix &&
-        linkhelper::Request(regwire::ValueRequest(classKey_, sectionKey_, valueKey_), answer) &&
-        regwire::ParseValueAnswer(answer[0], found, type, live)) {
+    if (!prefix.empty() && ombrevale::linkhelper::ReadyPrefix() == prefix &&
+        ombrevale::linkhelper::Request(ombrevale::regwire::ValueRequest(classKey_, sectionKey_, valueKey_), answer) &&
+        ombrevale::regwire::ParseValueAnswer(answer[0], found, type, live)) {
         if (!found) return default_;
         valueType_ = type;
         return live;
     }
     Hive hive;
     if (!OpenHive(classKey_, hive)) return default_;
-    const regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
-    const regfile::Value* v = key ? regfile::File::FindValue(*key, regfile::Widen(valueKey_)) : nullptr;
+    const ombrevale::regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
+    const ombrevale::regfile::Value* v = key ? ombrevale::regfile::File::FindValue(*key, ombrevale::regfile::Widen(valueKey_)) : nullptr;
     if (!v) return default_;
     valueType_ = static_cast<std::int32_t>(v->type);
     switch (v->type) {
@@ -205,8 +205,8 @@ void cRegistry::Value(const RegValue& vValue) {
     Text path = KeyPath(hive, sectionKey_);
     bool changed = false;
     if (!EnsureKey(hive, path, changed)) return;
-    regfile::Value v;
-    v.name = regfile::Widen(valueKey_);
+    ombrevale::regfile::Value v;
+    v.name = ombrevale::regfile::Widen(valueKey_);
     bool store = true;
     if (valueType_ == REG_SZ_ || valueType_ == REG_EXPAND_SZ_) {
         std::string text = ValueAsText(vValue);
@@ -227,7 +227,7 @@ void cRegistry::Value(const RegValue& vValue) {
     } else {
         store = false;
     }
-    if (store) regfile::File::SetValue(*hive.file.FindKey(path), std::move(v), Now());
+    if (store) ombrevale::regfile::File::SetValue(*hive.file.FindKey(path), std::move(v), Now());
     if (store || changed) SaveHive(hive);
 }
 
@@ -236,11 +236,11 @@ bool cRegistry::EnumerateValues(std::vector<std::string>& sKeyNames, std::int32_
     sKeyNames.clear();
     Hive hive;
     if (!OpenHive(classKey_, hive)) return true;
-    const regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
+    const ombrevale::regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
     if (!key || key->values.empty()) return true;
     sKeyNames.emplace_back();
     for (const auto& v : key->values) {
-        sKeyNames.push_back(regfile::Narrow(v.name));
+        sKeyNames.push_back(ombrevale::regfile::Narrow(v.name));
         ++iKeyCount;
     }
     return true;
@@ -257,7 +257,7 @@ bool cRegistry::EnumerateSections(std::vector<std::string>& sSect, std::int32_t&
         // RegEnumKeyA is given 255 characters, terminator included.
         if (name.size() >= 255) return false;
         if (sSect.empty()) sSect.emplace_back();
-        sSect.push_back(regfile::Narrow(name));
+        sSect.push_back(ombrevale::regfile::Narrow(name));
         ++iSectCount;
     }
     return true;

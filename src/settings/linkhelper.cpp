@@ -24,7 +24,7 @@
 
 extern char** environ;
 
-namespace linkhelper {
+namespace ombrevale::linkhelper {
 
 namespace {
 
@@ -49,7 +49,7 @@ public:
 
     static Plan MakePlan() {
         Plan plan;
-        plan.prefix = winepath::PrefixDir();
+        plan.prefix = ombrevale::winepath::PrefixDir();
         plan.exe = HelperPath();
         const char* wineEnv = std::getenv("OMBREVALE_WINE");
         plan.wine = wineEnv && *wineEnv ? wineEnv : "wine";
@@ -349,4 +349,4 @@ std::string HelperPath() {
     return (self.parent_path() / OMBREVALE_HELPER_FROM_BIN / "ombrevale-link.exe").lexically_normal().string();
 }
 
-}  // namespace linkhelper
+}  // namespace ombrevale::linkhelper

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace linkhelper {
+namespace ombrevale::linkhelper {
 
 // Begins starting the helper unless it is up or starting; returns at once.
 // A start that failed is not tried again for a few seconds.
@@ -40,4 +40,4 @@ std::string HelperPath();
 // happens when the process ends).
 void Shutdown();
 
-}  // namespace linkhelper
+}  // namespace ombrevale::linkhelper

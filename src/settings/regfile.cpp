@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 
-namespace regfile {
+namespace ombrevale::regfile {
 
 namespace {
 
@@ -230,4 +230,4 @@ bool File::RemoveValue(Key& key, const Text& name, std::uint64_t unixSeconds) {
     return true;
 }
 
-}  // namespace regfile
+}  // namespace ombrevale::regfile

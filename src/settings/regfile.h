@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-namespace regfile {
+namespace ombrevale::regfile {
 
 using Text = std::u16string;
 
@@ -90,4 +90,4 @@ bool ParseValue(const std::string& joined, Value& v);
 // Splits a path at '\'; false on an empty component ("a\\b").
 bool SplitPath(const Text& path, std::vector<Text>& parts);
 
-}  // namespace regfile
+}  // namespace ombrevale::regfile

@@ -3,7 +3,7 @@
 
 #include "settings/regfile.h"
 
-namespace regfile {
+namespace ombrevale::regfile {
 
 namespace {
 
@@ -306,4 +306,4 @@ bool SplitPath(const Text& path, std::vector<Text>& parts) {
     return true;
 }
 
-}  // namespace regfile
+}  // namespace ombrevale::regfile

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <vector>
 
-namespace regwire {
+namespace ombrevale::regwire {
 
 std::string Hex(const std::string& bytes) {
     static const char kDigits[] = "0123456789abcdef";
@@ -85,4 +85,4 @@ bool ParseValueAnswer(const std::string& line, bool& found, std::int32_t& type, 
     return true;
 }
 
-}  // namespace regwire
+}  // namespace ombrevale::regwire

@@ -10,7 +10,7 @@
 
 #include "settings/cregistry.h"
 
-namespace regwire {
+namespace ombrevale::regwire {
 
 std::string Hex(const std::string& bytes);
 // False on an odd length or a character that is not a hex digit.
@@ -23,4 +23,4 @@ bool ParseValueRequest(const std::string& line, std::int32_t& hive, std::string&
 std::string ValueAnswer(bool found, std::int32_t type, const RegValue& value);
 bool ParseValueAnswer(const std::string& line, bool& found, std::int32_t& type, RegValue& value);
 
-}  // namespace regwire
+}  // namespace ombrevale::regwire

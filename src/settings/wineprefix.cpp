@@ -9,7 +9,7 @@
 
 namespace fs = std::filesystem;
 
-namespace winepath {
+namespace ombrevale::winepath {
 
 namespace {
 
@@ -62,12 +62,12 @@ std::string MapWindowsPath(const std::string& prefix, const std::string& sWindow
     return path.string();
 }
 
-}  // namespace winepath
+}  // namespace ombrevale::winepath
 
 std::string LocalPathForStylePath(const std::string& sWindowsPath) {
 #ifdef _WIN32
     return sWindowsPath;
 #else
-    return winepath::MapWindowsPath(winepath::PrefixDir(), sWindowsPath);
+    return ombrevale::winepath::MapWindowsPath(ombrevale::winepath::PrefixDir(), sWindowsPath);
 #endif
 }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-namespace winepath {
+namespace ombrevale::winepath {
 
 // $WINEPREFIX, else ~/.wine; empty when that folder does not exist.
 std::string PrefixDir();
@@ -12,4 +12,4 @@ std::string PrefixDir();
 // each existing name matched without regard to case. Not a drive path: unchanged.
 std::string MapWindowsPath(const std::string& prefix, const std::string& sWindowsPath);
 
-}  // namespace winepath
+}  // namespace ombrevale::winepath

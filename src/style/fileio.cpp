@@ -17,7 +17,7 @@
 
 namespace fs = std::filesystem;
 
-namespace styleio {
+namespace ombrevale::styleio {
 
 namespace {
 
@@ -202,4 +202,4 @@ Outcome ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>
     return std::nullopt;
 }
 
-}  // namespace styleio
+}  // namespace ombrevale::styleio

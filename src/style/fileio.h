@@ -9,7 +9,7 @@
 #include "style/bytecursor.h"
 #include "style/problem.h"
 
-namespace styleio {
+namespace ombrevale::styleio {
 
 // Style files are a few megabytes; anything past this is not one.
 inline constexpr std::uintmax_t kMaxStyleFileBytes = std::uintmax_t{1} << 30;
@@ -40,4 +40,4 @@ ombrevale::Outcome CopyWholeFile(const std::string& from, const std::string& to)
 // there. The temporary file is made anew, never through a link in its place.
 ombrevale::Outcome ReplaceFileWith(const std::string& path, const std::vector<std::uint8_t>& bytes);
 
-}  // namespace styleio
+}  // namespace ombrevale::styleio

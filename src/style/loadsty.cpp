@@ -77,7 +77,7 @@ std::string ReadSections(clsSTY& doc, ByteCursor& in, std::vector<std::string>& 
             in.Skip(static_cast<std::size_t>(size));
             continue;
         }
-        if (auto problem = styleload::ReadSection(doc, *section, size, in)) return problem->text;
+        if (auto problem = ombrevale::styleload::ReadSection(doc, *section, size, in)) return problem->text;
         doc.Present[static_cast<std::size_t>(*section)] = true;
         if (auto w = EmptyWarning(doc, *section)) warnings.push_back(std::move(*w));
     }
@@ -96,7 +96,7 @@ bool Fail(LoadReport& report, Kind kind, std::string problem, bool sectionsKept)
 
 bool clsSTY::LoadSTY(const std::string& Sprg, LoadReport& report) {
     report = {};
-    styleio::InputFile file;
+    ombrevale::styleio::InputFile file;
     if (auto problem = file.Open(Sprg)) {
         report.problem = std::move(problem);
         return false;

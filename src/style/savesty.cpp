@@ -39,7 +39,7 @@ void WriteTiles(const clsSTY& doc, ByteWriter& w) {
 
 void WritePalettes(const clsSTY& doc, ByteWriter& w) {
     const auto pages =
-        static_cast<std::size_t>(styleload::RoundedQuotient(std::max<std::int16_t>(doc.iPalCount, 0), 64));
+        static_cast<std::size_t>(ombrevale::styleload::RoundedQuotient(std::max<std::int16_t>(doc.iPalCount, 0), 64));
     for (std::size_t page = 0; page < pages; ++page) {
         const auto out = w.Grow(static_cast<std::size_t>(kPalettePageBytes));
         for (std::size_t p = 0; p < 64; ++p) {
@@ -164,7 +164,7 @@ ombrevale::Outcome clsSTY::TrySaveSTY(const std::string& path) const {
     std::error_code ec;
     fs::remove(backup, ec);
     if (fs::exists(path, ec)) {
-        if (auto problem = styleio::CopyWholeFile(path, backup)) {
+        if (auto problem = ombrevale::styleio::CopyWholeFile(path, backup)) {
             // A half-made copy would pass for the previous file.
             fs::remove(backup, ec);
             ProgressEnd();
@@ -173,7 +173,7 @@ ombrevale::Outcome clsSTY::TrySaveSTY(const std::string& path) const {
         }
     }
 
-    auto problem = styleio::ReplaceFileWith(path, Serialise(*this));
+    auto problem = ombrevale::styleio::ReplaceFileWith(path, Serialise(*this));
     ProgressEnd();
     return problem;
 }

@@ -8,7 +8,7 @@
 
 #include "style/messages.h"
 
-namespace styleload {
+namespace ombrevale::styleload {
 namespace {
 
 using modDeclares::CarRecord;
@@ -278,4 +278,4 @@ SectionResult ReadSection(clsSTY& doc, Section section, std::int32_t size, ByteC
     return Fail("unknown section");
 }
 
-}  // namespace styleload
+}  // namespace ombrevale::styleload

@@ -10,7 +10,7 @@
 #include "style/clssty.h"
 #include "style/problem.h"
 
-namespace styleload {
+namespace ombrevale::styleload {
 
 // A problem ends the load: what is wrong, for its one message.
 using SectionResult = ombrevale::Outcome;
@@ -20,4 +20,4 @@ std::int64_t RoundedQuotient(std::int64_t size, std::int64_t unit);
 
 SectionResult ReadSection(clsSTY& doc, Section section, std::int32_t size, ByteCursor& in);
 
-}  // namespace styleload
+}  // namespace ombrevale::styleload

@@ -13,14 +13,14 @@
 
 frmProgress::frmProgress(QWidget* parent) : QDialog(parent, Qt::Tool | Qt::CustomizeWindowHint | Qt::WindowTitleHint) {
     setWindowTitle(QStringLiteral("Please Wait..."));
-    setFixedSize(twips::ToPx(6360), twips::ToPx(840));
+    setFixedSize(ombrevale::twips::ToPx(6360), ombrevale::twips::ToPx(840));
     setModal(false);
     pbar = new PacedProgressBar(this);
-    twips::Place(pbar, 240, 360, 5925, 285);
+    ombrevale::twips::Place(pbar, 240, 360, 5925, 285);
     l = new PacedLabel(QStringLiteral("Loading..."), this);
     // As wide as the window allows rather than sized to each caption: a label
     // that changes its size makes the window redraw around it at every section.
-    l->setGeometry(twips::ToPx(270), twips::ToPx(120), width() - twips::ToPx(270), l->sizeHint().height());
+    l->setGeometry(ombrevale::twips::ToPx(270), ombrevale::twips::ToPx(120), width() - ombrevale::twips::ToPx(270), l->sizeHint().height());
     modGTA2::CenterForm(this);
 }
 

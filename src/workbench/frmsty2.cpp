@@ -22,7 +22,7 @@
 #include "workbench/twips.h"
 #include "workbench/windowsfonts.h"
 
-using twips::Place;
+using ombrevale::twips::Place;
 
 namespace {
 constexpr int kSheetTop = -120;
@@ -31,13 +31,13 @@ constexpr int kSheetTop = -120;
 frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     : QWidget(parent), commandLinePath_(std::move(stylePath)) {
     // Form_Initialize: Qt's widgets need no common-controls set-up.
-    workbench::UseWindowsFontMetrics();
+    ombrevale::workbench::UseWindowsFontMetrics();
     QFont font(QStringLiteral("Microsoft Sans Serif"));
     font.setPointSizeF(8.25);
     setFont(font);
     setWindowTitle(QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
     setWindowIcon(imgToolBar::WindowIcon());
-    resize(twips::ToPx(8910), twips::ToPx(7710));
+    resize(ombrevale::twips::ToPx(8910), ombrevale::twips::ToPx(7710));
     BuildControls();
     WirePanes();
     qApp->installEventFilter(this);
@@ -82,7 +82,7 @@ void frmSTY2::BuildTilesPage() {
     picTTmp->hide();
     lblIdx = new QLabel(page);
     lblIdx->setFont(QFont(QStringLiteral("Tahoma"), 9));
-    lblIdx->move(twips::ToPx(1470), twips::ToPx(450));
+    lblIdx->move(ombrevale::twips::ToPx(1470), ombrevale::twips::ToPx(450));
     lblIdx->adjustSize();
     // The caption would sit under the sheet; keep it readable in front of it.
     lblIdx->raise();
@@ -157,7 +157,7 @@ void frmSTY2::Form_Load() {
     FillLists();
     busy_ = false;
     RenderSheet();
-    workbench::SetTopMost(this, true);
+    ombrevale::workbench::SetTopMost(this, true);
 }
 
 void frmSTY2::FillLists() {
@@ -188,7 +188,7 @@ void frmSTY2::ResetPanes() {
     lblIdx->adjustSize();
     vScroll->setValue(0);
     // Until the first scroll the sheet stands where it was placed, not at the bar's value.
-    picMain->move(0, twips::ToPx(kSheetTop));
+    picMain->move(0, ombrevale::twips::ToPx(kSheetTop));
     lstRemaps->clear();
     lstRemaps->setEnabled(true);
     cmbDeltas->setCurrentIndex(-1);
@@ -240,19 +240,19 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
             int code = 0;
             switch (ke->key()) {
                 case Qt::Key_Escape:
-                    code = keycodes::vbKeyEscape;
+                    code = ombrevale::keycodes::vbKeyEscape;
                     break;
                 case Qt::Key_Down:
-                    code = keycodes::vbKeyDown;
+                    code = ombrevale::keycodes::vbKeyDown;
                     break;
                 case Qt::Key_Up:
-                    code = keycodes::vbKeyUp;
+                    code = ombrevale::keycodes::vbKeyUp;
                     break;
                 case Qt::Key_PageDown:
-                    code = keycodes::vbKeyPageDown;
+                    code = ombrevale::keycodes::vbKeyPageDown;
                     break;
                 case Qt::Key_PageUp:
-                    code = keycodes::vbKeyPageUp;
+                    code = ombrevale::keycodes::vbKeyPageUp;
                     break;
                 default:
                     break;

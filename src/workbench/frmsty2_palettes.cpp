@@ -14,7 +14,7 @@
 #include "workbench/twips.h"
 
 using modDeclares::STYPalData;
-using twips::Place;
+using ombrevale::twips::Place;
 
 namespace {
 
@@ -44,7 +44,7 @@ std::optional<int> ByteValue(const QString& text) {
 
 QLabel* Caption(QWidget* page, const QString& text, int left, int top) {
     auto* l = new QLabel(text, page);
-    l->move(twips::ToPx(left), twips::ToPx(top));
+    l->move(ombrevale::twips::ToPx(left), ombrevale::twips::ToPx(top));
     l->adjustSize();
     return l;
 }

@@ -15,7 +15,7 @@ void frmSTY2::cmdRecyAdd_Click() {
         MsgBox("No more entries allowed.");
         return;
     }
-    const auto reply = panesdialogs::InputBox(this, QStringLiteral("Model Number?"));
+    const auto reply = ombrevale::panesdialogs::InputBox(this, QStringLiteral("Model Number?"));
     if (!reply) return;
     bool ok = false;
     const int model = reply->trimmed().toInt(&ok, 10);

@@ -10,9 +10,9 @@
 #include "workbench/topmost.h"
 #include "workbench/twips.h"
 
-using twips::kTpp;
-using twips::ToPx;
-using twips::ToTw;
+using ombrevale::twips::kTpp;
+using ombrevale::twips::ToPx;
+using ombrevale::twips::ToTw;
 
 void frmSTY2::resizeEvent(QResizeEvent*) { Form_Resize(); }
 
@@ -45,5 +45,5 @@ void frmSTY2::Form_Resize() {
     const int genW = ToTw(cmdGen->width());
     cmdGen->move(ToPx(tabW - genW - 30), ToPx(tabH - genH - 15));
     // 12
-    workbench::SetTopMost(this, !isVisible());
+    ombrevale::workbench::SetTopMost(this, !isVisible());
 }

@@ -121,19 +121,19 @@ void frmSTY2::Form_KeyDown(int KeyCode, int /*Shift*/) {
     const int minV = vScroll->minimum();
     int value = vScroll->value();
     switch (KeyCode) {
-        case keycodes::vbKeyEscape:
+        case ombrevale::keycodes::vbKeyEscape:
             close();
             return;
-        case keycodes::vbKeyDown:
+        case ombrevale::keycodes::vbKeyDown:
             value = std::min(value + vScroll->singleStep(), maxV);
             break;
-        case keycodes::vbKeyUp:
+        case ombrevale::keycodes::vbKeyUp:
             value = std::max(value - vScroll->singleStep(), minV);
             break;
-        case keycodes::vbKeyPageDown:
+        case ombrevale::keycodes::vbKeyPageDown:
             value = std::min(value + vScroll->pageStep(), maxV);
             break;
-        case keycodes::vbKeyPageUp:
+        case ombrevale::keycodes::vbKeyPageUp:
             value = std::max(value - vScroll->pageStep(), minV);
             break;
         default:

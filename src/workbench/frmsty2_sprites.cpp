@@ -17,7 +17,7 @@
 using modDeclares::STYCarInfo;
 using modDeclares::STYPalBase;
 using modDeclares::STYPalIndex;
-using twips::Place;
+using ombrevale::twips::Place;
 
 namespace {
 
@@ -85,10 +85,10 @@ void frmSTY2::BuildSpritePanes() {
     Place(picSprite, 150, 810, 1980, 1980);
     lblSSize = new QLabel(image);
     lblSSize->setFont(QFont(QStringLiteral("Tahoma"), 9));
-    lblSSize->move(twips::ToPx(180), twips::ToPx(2850));
+    lblSSize->move(ombrevale::twips::ToPx(180), ombrevale::twips::ToPx(2850));
     lblSSize->adjustSize();
     Label7 = new QLabel(QStringLiteral("Remaps:"), image);
-    Label7->move(twips::ToPx(4890), twips::ToPx(390));
+    Label7->move(ombrevale::twips::ToPx(4890), ombrevale::twips::ToPx(390));
     Label7->adjustSize();
     lstRemaps = new QListWidget(image);
     Place(lstRemaps, 4890, 630, 1575, 3180);
@@ -97,8 +97,8 @@ void frmSTY2::BuildSpritePanes() {
     Place(lstInfo, 120, 390, 6330, 3615);
     lstInfo->setRootIsDecorated(false);
     lstInfo->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Value")});
-    lstInfo->setColumnWidth(0, twips::ToPx(4035));
-    lstInfo->setColumnWidth(1, twips::ToPx(630));
+    lstInfo->setColumnWidth(0, ombrevale::twips::ToPx(4035));
+    lstInfo->setColumnWidth(1, ombrevale::twips::ToPx(630));
 
     // A write of the current row raises the event inside the write, like a ListIndex write.
     connect(lstSprites, &QListWidget::currentRowChanged, this, [this] { lstSprites_Click(); });

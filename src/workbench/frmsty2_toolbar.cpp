@@ -26,8 +26,8 @@
 #include "workbench/picturebox.h"
 #include "workbench/toolbarimages.h"
 
-using panesdialogs::FileDialog;
-using panesdialogs::FileMode;
+using ombrevale::panesdialogs::FileDialog;
+using ombrevale::panesdialogs::FileMode;
 
 namespace {
 

@@ -1,7 +1,7 @@
 #pragma once
 // The key codes Form_KeyDown acts on, as the platform's key events number them.
 
-namespace keycodes {
+namespace ombrevale::keycodes {
 
 inline constexpr int vbKeyEscape = 27;
 inline constexpr int vbKeyPageUp = 33;
@@ -9,4 +9,4 @@ inline constexpr int vbKeyPageDown = 34;
 inline constexpr int vbKeyUp = 38;
 inline constexpr int vbKeyDown = 40;
 
-}  // namespace keycodes
+}  // namespace ombrevale::keycodes

@@ -3,7 +3,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 
-namespace panesdialogs {
+namespace ombrevale::panesdialogs {
 namespace {
 Dialogs& Installed() {
     static Dialogs d;
@@ -29,4 +29,4 @@ QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, cons
                                   : QFileDialog::getSaveFileName(parent, sCaption, sFolder, sFilter);
 }
 
-}  // namespace panesdialogs
+}  // namespace ombrevale::panesdialogs

@@ -8,7 +8,7 @@
 
 class QWidget;
 
-namespace panesdialogs {
+namespace ombrevale::panesdialogs {
 
 enum class FileMode { Open, Save };
 
@@ -28,4 +28,4 @@ std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt);
 QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
                    const QString& sFolder);
 
-}  // namespace panesdialogs
+}  // namespace ombrevale::panesdialogs

@@ -5,7 +5,7 @@
 
 #include "editorlink/modcontrolwin.h"
 
-namespace workbench {
+namespace ombrevale::workbench {
 
 void SetTopMost(QWidget* window, bool onTop) {
 #ifdef _WIN32
@@ -22,4 +22,4 @@ void SetTopMost(QWidget* window, bool onTop) {
 #endif
 }
 
-}  // namespace workbench
+}  // namespace ombrevale::workbench

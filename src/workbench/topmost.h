@@ -3,6 +3,6 @@
 
 class QWidget;
 
-namespace workbench {
+namespace ombrevale::workbench {
 void SetTopMost(QWidget* window, bool onTop);
 }

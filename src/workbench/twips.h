@@ -4,7 +4,7 @@
 #include <QRect>
 #include <QWidget>
 
-namespace twips {
+namespace ombrevale::twips {
 
 inline constexpr int kTpp = 15;  // Screen.TwipsPerPixelY, used for both axes
 
@@ -15,4 +15,4 @@ inline void Place(QWidget* w, int left, int top, int width, int height) {
     w->setGeometry(ToPx(left), ToPx(top), ToPx(width), ToPx(height));
 }
 
-}  // namespace twips
+}  // namespace ombrevale::twips

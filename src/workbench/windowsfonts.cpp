@@ -5,7 +5,7 @@
 #include <QFontDatabase>
 #include <QString>
 
-namespace workbench {
+namespace ombrevale::workbench {
 
 void UseWindowsFontMetrics() {
     static bool done = false;
@@ -23,4 +23,4 @@ void UseWindowsFontMetrics() {
     QFont::insertSubstitutions(QStringLiteral("Tahoma"), {QStringLiteral("Liberation Sans")});
 }
 
-}  // namespace workbench
+}  // namespace ombrevale::workbench

@@ -3,9 +3,9 @@
 // "Tahoma". Where they are missing (Linux), free fonts drawn to the same
 // metrics stand in for them, so every caption keeps the room it was given.
 
-namespace workbench {
+namespace ombrevale::workbench {
 
 // Safe to call more than once; only the first call does anything.
 void UseWindowsFontMetrics();
 
-}  // namespace workbench
+}  // namespace ombrevale::workbench

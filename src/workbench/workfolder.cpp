@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <memory>
 
-namespace workbench {
+namespace ombrevale::workbench {
 namespace {
 
 QString Base() {
@@ -35,4 +35,4 @@ WorkFolder::~WorkFolder() {
     if (dir_) QDir::setCurrent(started_);
 }
 
-}  // namespace workbench
+}  // namespace ombrevale::workbench

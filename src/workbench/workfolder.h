@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 #include <memory>
 
-namespace workbench {
+namespace ombrevale::workbench {
 
 class WorkFolder {
 public:
@@ -30,4 +30,4 @@ private:
     QString problem_;
 };
 
-}  // namespace workbench
+}  // namespace ombrevale::workbench

@@ -21,11 +21,11 @@ namespace {
 
 // Starts the helper and waits until it has answered and drained its queue.
 bool LinkUp() {
-    linkhelper::Start();
+    ombrevale::linkhelper::Start();
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-    while (!linkhelper::Ready() && std::chrono::steady_clock::now() < deadline)
+    while (!ombrevale::linkhelper::Ready() && std::chrono::steady_clock::now() < deadline)
         std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    return linkhelper::Ready();
+    return ombrevale::linkhelper::Ready();
 }
 
 class WineEnvironment : public testing::Environment {
@@ -34,7 +34,7 @@ public:
         ASSERT_EQ(standin::MissingPieces(), "") << "the Wine tests cannot run";
         ASSERT_TRUE(LinkUp()) << "ombrevale-link.exe did not come up";
     }
-    void TearDown() override { linkhelper::Shutdown(); }
+    void TearDown() override { ombrevale::linkhelper::Shutdown(); }
 };
 
 const auto* const kWine = testing::AddGlobalTestEnvironment(new WineEnvironment);
@@ -43,7 +43,7 @@ const auto* const kWine = testing::AddGlobalTestEnvironment(new WineEnvironment)
 std::vector<unsigned long> EnumerationOrder() {
     std::vector<std::string> lines;
     std::vector<unsigned long> order;
-    if (!linkhelper::Request("windows", lines)) return order;
+    if (!ombrevale::linkhelper::Request("windows", lines)) return order;
     for (const auto& l : lines) {
         unsigned long h = 0;
         if (std::sscanf(l.c_str(), "window %lu", &h) == 1) order.push_back(h);
@@ -177,10 +177,10 @@ TEST(HandOver, ClicksDuringTheHelpersStartGoOutOnceItIsUpTheLastOneOnly) {
     testsupport::TempDir dir;
     StandIn editor(Window{}, dir.File("starting.log"));
     ASSERT_TRUE(editor.ok());
-    linkhelper::Shutdown();
+    ombrevale::linkhelper::Shutdown();
     modControlWin::hWndEditorList = 0;
-    linkhelper::Start();
-    ASSERT_FALSE(linkhelper::Ready()) << "Wine answered before the clicks could be made";
+    ombrevale::linkhelper::Start();
+    ASSERT_FALSE(ombrevale::linkhelper::Ready()) << "Wine answered before the clicks could be made";
     for (std::int32_t row : {3, 7}) {
         modControlWin::FindEditorList();
         std::int32_t item = row;

@@ -20,7 +20,7 @@ class NoWineTest : public testing::TestWithParam<NoWineCase> {};
 
 // Each case gets a fresh process state: the helper is never started successfully here.
 TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobody) {
-    linkhelper::Shutdown();
+    ombrevale::linkhelper::Shutdown();
     testsupport::TempDir dir;
     std::string prefix = GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string();
     setenv("WINEPREFIX", prefix.c_str(), 1);

@@ -43,7 +43,7 @@ TEST_P(SpriteBmp, HeadTableAndRowsMatchTheStore) {
     std::int16_t pal = -1;
     ASSERT_TRUE(doc.SaveSprite(File("s.bmp"), static_cast<std::int32_t>(s), pal));
     EXPECT_EQ(pal, SpriteOwnPalette(s));
-    const Bytes f = testsupport::ReadFile(File("s.bmp"));
+    const Bytes f = ombrevale::stylewriter::ReadFile(File("s.bmp"));
     ExpectHead(f, spec.width, spec.height, W * spec.height);
     ExpectColourTable(f, static_cast<std::size_t>(SpriteOwnPalette(s)));
     ASSERT_EQ(f.size(), 1078 + W * spec.height);
@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(Widths, SpriteBmp, ::testing::Values(0, 1, 2, 3, 4, 5, 
 
 TEST_F(Scene, TileBmpIsBottomRowFirstWithItsOwnPalette) {
     ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 2));
-    const Bytes f = testsupport::ReadFile(File("t.bmp"));
+    const Bytes f = ombrevale::stylewriter::ReadFile(File("t.bmp"));
     ASSERT_EQ(f.size(), 5174u);
     ExpectHead(f, 64, 64, 4096);
     ExpectColourTable(f, static_cast<std::size_t>(TilePalette(2)));
@@ -74,19 +74,19 @@ TEST_F(Scene, TileBmpIsBottomRowFirstWithItsOwnPalette) {
 // remove the file first.
 TEST_F(Scene, OnlyTilesLeaveTheTailOfALongerFile) {
     const Bytes longer(9000, 0xEE);
-    testsupport::WriteFile(File("t.bmp"), longer);
-    testsupport::WriteFile(File("s.bmp"), longer);
-    testsupport::WriteFile(File("d.bmp"), longer);
+    ombrevale::stylewriter::WriteFile(File("t.bmp"), longer);
+    ombrevale::stylewriter::WriteFile(File("s.bmp"), longer);
+    ombrevale::stylewriter::WriteFile(File("d.bmp"), longer);
     ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 0));
     std::int16_t pal = -1;
     ASSERT_TRUE(doc.SaveSprite(File("s.bmp"), 0, pal));
     ASSERT_TRUE(doc.SaveDelta(File("d.bmp"), 0, 0, pal));
-    const Bytes t = testsupport::ReadFile(File("t.bmp"));
+    const Bytes t = ombrevale::stylewriter::ReadFile(File("t.bmp"));
     ASSERT_EQ(t.size(), 9000u);
     EXPECT_EQ(U32At(t, 2), 5174u);
     EXPECT_EQ(t[5174], 0xEE);
-    EXPECT_EQ(testsupport::ReadFile(File("s.bmp")).size(), 1078u + 320);
-    EXPECT_EQ(testsupport::ReadFile(File("d.bmp")).size(), 1078u + 320);
+    EXPECT_EQ(ombrevale::stylewriter::ReadFile(File("s.bmp")).size(), 1078u + 320);
+    EXPECT_EQ(ombrevale::stylewriter::ReadFile(File("d.bmp")).size(), 1078u + 320);
 }
 
 struct ValueCase {

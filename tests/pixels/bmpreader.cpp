@@ -32,7 +32,7 @@ bool TestPicture::LoadPicture(const std::string& sPath) {
     Picture p;
     Bytes bytes;
     try {
-        bytes = testsupport::ReadFile(sPath);
+        bytes = ombrevale::stylewriter::ReadFile(sPath);
     } catch (const std::exception&) {
         return false;
     }

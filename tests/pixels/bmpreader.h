@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "pixels/picturecontrol.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 
 namespace pixeltest {
 
-using testsupport::Bytes;
+using ombrevale::stylewriter::Bytes;
 
 std::uint32_t U32At(const Bytes& b, std::size_t at);
 std::uint16_t U16At(const Bytes& b, std::size_t at);

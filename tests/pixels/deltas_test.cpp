@@ -90,11 +90,11 @@ TEST_F(Deltas, SaveDeltaLaysTheDeltaOneColumnRight) {
         std::int16_t pal = -1;
         ASSERT_TRUE(doc.SaveDelta(File("d.bmp"), d, 0, pal));
         EXPECT_EQ(pal, SpriteOwnPalette(0));
-        const Bytes f = testsupport::ReadFile(File("d.bmp"));
+        const Bytes f = ombrevale::stylewriter::ReadFile(File("d.bmp"));
         EXPECT_EQ(Bytes(f.begin() + 1078, f.end()), ExpectedSaveDeltaBlock(0, doc.GetDeltaString(d, 0))) << d;
     }
     // Position 259 of a 32-wide sprite lands at byte 36 of the top-first block: row 1, column 4.
-    const Bytes f = testsupport::ReadFile(File("d.bmp"));
+    const Bytes f = ombrevale::stylewriter::ReadFile(File("d.bmp"));
     EXPECT_EQ(f[1078 + 8 * 32 + 4], 0x11);
 }
 
@@ -154,7 +154,7 @@ TEST_F(Deltas, SaveAfterSetDeltaBitsWritesTheNewDelsSizeAndTheOldDelx) {
     bits[9 * 32 + 5] ^= 0xFF;
     ASSERT_TRUE(doc.SetDeltaBits(1, 0, bits));
     ASSERT_TRUE(doc.SaveSTY(File("out.sty")));
-    const Bytes f = testsupport::ReadFile(File("out.sty"));
+    const Bytes f = ombrevale::stylewriter::ReadFile(File("out.sty"));
     ByteCursor in(f);
     in.Skip(6);
     EXPECT_EQ(std::string(reinterpret_cast<const char*>(in.Take(4).data()), 4), "DELX");
@@ -182,7 +182,7 @@ TEST_F(Deltas, SavedDeltaShowsTheChangedImage) {
             ASSERT_TRUE(doc.SetDeltaBits(0, s, bits));
             std::int16_t pal = -1;
             ASSERT_TRUE(doc.SaveDelta(File("d.bmp"), 0, s, pal));
-            const Bytes f = testsupport::ReadFile(File("d.bmp"));
+            const Bytes f = ombrevale::stylewriter::ReadFile(File("d.bmp"));
             ASSERT_EQ(Bytes(f.begin() + 1078, f.end()), image) << "sprite " << s << " round " << round;
         }
     }
@@ -265,7 +265,7 @@ TEST_F(Deltas, EditedDeltaSurvivesSaveAndReload) {
     EXPECT_EQ(after.set, edit);
 
     ASSERT_TRUE(reloaded.SaveDelta(File("d.bmp"), 1, 0, pal));
-    const Bytes f = testsupport::ReadFile(File("d.bmp"));
+    const Bytes f = ombrevale::stylewriter::ReadFile(File("d.bmp"));
     EXPECT_EQ(Bytes(f.begin() + 1078, f.end()), image);
 }
 

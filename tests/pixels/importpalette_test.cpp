@@ -37,7 +37,7 @@ struct GoodFile {
 class ImportGood : public Scene, public ::testing::WithParamInterface<GoodFile> {};
 
 TEST_P(ImportGood, ReplacesAll256ColoursKeepingTheFourthByte) {
-    testsupport::WriteFile(File("p.pal"), testsupport::Text(GetParam().text));
+    ombrevale::stylewriter::WriteFile(File("p.pal"), ombrevale::stylewriter::Text(GetParam().text));
     ASSERT_TRUE(doc.ImportPalette(File("p.pal"), 1));
     ExpectImported(1, 256);
     EXPECT_EQ(modDeclares::STYPalData[0][4], StoredColour(0, 1)[0]) << "other palettes untouched";
@@ -69,7 +69,7 @@ struct BadFile {
 class ImportBad : public Scene, public ::testing::WithParamInterface<BadFile> {};
 
 TEST_P(ImportBad, LeavesThePaletteAsItWas) {
-    testsupport::WriteFile(File("p.pal"), testsupport::Text(GetParam().text));
+    ombrevale::stylewriter::WriteFile(File("p.pal"), ombrevale::stylewriter::Text(GetParam().text));
     const auto before = modDeclares::STYPalData;
     EXPECT_FALSE(doc.ImportPalette(File("p.pal"), 2));
     EXPECT_EQ(modDeclares::STYPalData, before);

@@ -23,7 +23,7 @@ TEST_P(RenderTile, ShowsColourZeroAsTheKeyOnlyWhenTransparent) {
     EXPECT_EQ(doc.lWidth(), 64);
     EXPECT_EQ(doc.lHeight(), 64);
 
-    const Bytes f = testsupport::ReadFile("temp.bmp");
+    const Bytes f = ombrevale::stylewriter::ReadFile("temp.bmp");
     const auto stored = StoredColour(static_cast<std::size_t>(TilePalette(0)), 0);
     const Bytes colour0(f.begin() + 54, f.begin() + 58);
     const Bytes key{255, 0, 255, stored[3]};
@@ -45,14 +45,14 @@ INSTANTIATE_TEST_SUITE_P(Transparency, RenderTile, ::testing::Bool());
 TEST_F(Scene, SaveTileWritesTheStoredColourZeroEvenWhenTransparent) {
     doc.DrawTransparent(true);
     ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 1));
-    const Bytes f = testsupport::ReadFile(File("t.bmp"));
+    const Bytes f = ombrevale::stylewriter::ReadFile(File("t.bmp"));
     const auto stored = StoredColour(static_cast<std::size_t>(TilePalette(1)), 0);
     EXPECT_EQ(Bytes(f.begin() + 54, f.begin() + 58), Bytes(stored.begin(), stored.end()));
 }
 
 TEST_F(Scene, SetBitsTileTakesRowsTopFirstAndFillsShortRowsWith32) {
     ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 3));
-    const Bytes f = testsupport::ReadFile(File("t.bmp"));
+    const Bytes f = ombrevale::stylewriter::ReadFile(File("t.bmp"));
     ASSERT_TRUE(doc.SetBitsTile(3, ByteString(f.begin() + 1078, f.end())));
     for (std::size_t r = 0; r < 64; ++r)
         for (std::size_t c = 0; c < 64; ++c) ASSERT_EQ(doc.STYTileStore[3][r * 64 + c], TilePixel(3, 63 - r, c));

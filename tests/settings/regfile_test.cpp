@@ -3,7 +3,7 @@
 
 #include "settings/regfile.h"
 
-using regfile::Text;
+using ombrevale::regfile::Text;
 
 namespace {
 
@@ -30,15 +30,15 @@ class ParseValueTest : public testing::TestWithParam<ValueCase> {};
 
 TEST_P(ParseValueTest, ReadsNameTypeAndBytes) {
     const auto& c = GetParam();
-    regfile::Value v;
-    ASSERT_TRUE(regfile::ParseValue(c.line, v)) << c.line;
+    ombrevale::regfile::Value v;
+    ASSERT_TRUE(ombrevale::regfile::ParseValue(c.line, v)) << c.line;
     EXPECT_EQ(v.name, c.name);
     EXPECT_EQ(v.type, c.type);
     EXPECT_EQ(v.data, c.data);
     // What we write must read back the same.
-    regfile::Value again;
-    std::string written = regfile::FormatValue(v);
-    ASSERT_TRUE(regfile::ParseValue(written.substr(0, written.size() - 1), again)) << written;
+    ombrevale::regfile::Value again;
+    std::string written = ombrevale::regfile::FormatValue(v);
+    ASSERT_TRUE(ombrevale::regfile::ParseValue(written.substr(0, written.size() - 1), again)) << written;
     EXPECT_EQ(again.name, v.name);
     EXPECT_EQ(again.type, v.type);
     EXPECT_EQ(again.data, v.data);
@@ -71,8 +71,8 @@ INSTANTIATE_TEST_SUITE_P(
 class RejectValueTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(RejectValueTest, RefusesWhatWineWouldNotWrite) {
-    regfile::Value v;
-    EXPECT_FALSE(regfile::ParseValue(GetParam(), v)) << GetParam();
+    ombrevale::regfile::Value v;
+    EXPECT_FALSE(ombrevale::regfile::ParseValue(GetParam(), v)) << GetParam();
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, RejectValueTest,
@@ -82,16 +82,16 @@ INSTANTIATE_TEST_SUITE_P(Lines, RejectValueTest,
 
 struct FormatCase {
     const char* label;
-    regfile::Value value;
+    ombrevale::regfile::Value value;
     std::string text;
 };
 
 class FormatValueTest : public testing::TestWithParam<FormatCase> {};
 
-TEST_P(FormatValueTest, WritesWineLayout) { EXPECT_EQ(regfile::FormatValue(GetParam().value), GetParam().text); }
+TEST_P(FormatValueTest, WritesWineLayout) { EXPECT_EQ(ombrevale::regfile::FormatValue(GetParam().value), GetParam().text); }
 
-regfile::Value V(Text name, std::uint32_t type, std::vector<std::uint8_t> data) {
-    regfile::Value v;
+ombrevale::regfile::Value V(Text name, std::uint32_t type, std::vector<std::uint8_t> data) {
+    ombrevale::regfile::Value v;
     v.name = std::move(name);
     v.type = type;
     v.data = std::move(data);
@@ -148,14 +148,14 @@ const char* kWineFile =
     "\"Flags\"=dword:00000003\n";
 
 TEST(RegFile, WritesBackWhatItReadByteForByte) {
-    regfile::File f;
+    ombrevale::regfile::File f;
     f.Parse(kWineFile);
     ASSERT_TRUE(f.Complete()) << f.Problem();
     std::string out;
     ASSERT_TRUE(f.Serialize(out));
     EXPECT_EQ(out, kWineFile);
     // A value rewritten from its parsed form comes out as Wine wrote it.
-    regfile::Key* key = f.FindKey(u"control panel\\DESKTOP\\windowmetrics");
+    ombrevale::regfile::Key* key = f.FindKey(u"control panel\\DESKTOP\\windowmetrics");
     ASSERT_NE(key, nullptr);
     for (auto& v : key->values) v.raw.clear();
     ASSERT_TRUE(f.Serialize(out));
@@ -163,7 +163,7 @@ TEST(RegFile, WritesBackWhatItReadByteForByte) {
 }
 
 TEST(RegFile, NamesMatchWithoutCaseAndSubkeysAreImplied) {
-    regfile::File f;
+    ombrevale::regfile::File f;
     f.Parse(kWineFile);
     EXPECT_TRUE(f.KeyExists(u"SOFTWARE\\wine"));
     EXPECT_TRUE(f.KeyExists(u"software\\Wine\\Drivers\\"));
@@ -171,19 +171,19 @@ TEST(RegFile, NamesMatchWithoutCaseAndSubkeysAreImplied) {
     EXPECT_FALSE(f.KeyExists(u"Software\\\\Wine"));
     EXPECT_EQ(f.SubKeys(u""), (std::vector<Text>{u"Control Panel", u"Environment", u"Software"}));
     EXPECT_EQ(f.SubKeys(u"control panel"), std::vector<Text>{u"Desktop"});
-    const regfile::Key* key = f.FindKey(u"ENVIRONMENT");
+    const ombrevale::regfile::Key* key = f.FindKey(u"ENVIRONMENT");
     ASSERT_NE(key, nullptr);
-    EXPECT_NE(regfile::File::FindValue(*key, u"temp"), nullptr);
+    EXPECT_NE(ombrevale::regfile::File::FindValue(*key, u"temp"), nullptr);
 }
 
 TEST(RegFile, KeepsValuesSortedAndRefusesToDeleteAKeyWithSubkeys) {
-    regfile::File f;
+    ombrevale::regfile::File f;
     f.Parse(kWineFile);
-    regfile::Key* key = f.FindKey(u"Environment");
+    ombrevale::regfile::Key* key = f.FindKey(u"Environment");
     ASSERT_NE(key, nullptr);
-    regfile::File::SetValue(*key, V(u"path", 1, Utf16z(u"x")), 1700000000);
-    regfile::File::SetValue(*key, V(u"A", 4, {1, 0, 0, 0}), 1700000000);
-    regfile::File::SetValue(*key, V(u"temp", 1, Utf16z(u"y")), 1700000000);
+    ombrevale::regfile::File::SetValue(*key, V(u"path", 1, Utf16z(u"x")), 1700000000);
+    ombrevale::regfile::File::SetValue(*key, V(u"A", 4, {1, 0, 0, 0}), 1700000000);
+    ombrevale::regfile::File::SetValue(*key, V(u"temp", 1, Utf16z(u"y")), 1700000000);
     ASSERT_EQ(key->values.size(), 3u);
     EXPECT_EQ(key->values[0].name, u"A");
     EXPECT_EQ(key->values[1].name, u"path");
@@ -201,7 +201,7 @@ class IncompleteFileTest : public testing::TestWithParam<std::string> {};
 
 TEST_P(IncompleteFileTest, ReadsWhatItCanButWillNotWrite) {
     std::string text = std::string(kWineFile) + GetParam();
-    regfile::File f;
+    ombrevale::regfile::File f;
     f.Parse(text);
     EXPECT_FALSE(f.Complete());
     EXPECT_FALSE(f.Problem().empty());
@@ -215,7 +215,7 @@ INSTANTIATE_TEST_SUITE_P(Damage, IncompleteFileTest,
                                          "\"x\"=hex:01,\\\n  0g\n", "\"y\"=\"no end\n"));
 
 TEST(RegFile, RefusesAFileWithoutWinesHeader) {
-    regfile::File f;
+    ombrevale::regfile::File f;
     f.Parse("REGEDIT4\n\n[HKEY_CURRENT_USER\\Software]\n");
     EXPECT_FALSE(f.Complete());
 }

@@ -80,7 +80,7 @@ protected:
 TEST_F(WinePrefix, WinesOwnFilesParseInFullAndWriteBackUnchanged) {
     for (const char* name : {"/user.reg", "/system.reg"}) {
         std::string text = ReadFile(Env("WINEPREFIX") + name);
-        regfile::File f;
+        ombrevale::regfile::File f;
         f.Parse(text);
         EXPECT_TRUE(f.Complete()) << name << ": " << f.Problem();
         std::string out;
@@ -130,19 +130,19 @@ TEST_F(WinePrefix, Win32ReadsWhatTheFileBackendWrote) {
     {
         cRegistry make = At(kFileKey);
         ASSERT_TRUE(make.CreateKey());
-        regfile::File f;
+        ombrevale::regfile::File f;
         f.Parse(ReadFile(UserReg()));
-        regfile::Key* key = f.FindKey(regfile::Widen(kFileKey));
+        ombrevale::regfile::Key* key = f.FindKey(ombrevale::regfile::Widen(kFileKey));
         ASSERT_NE(key, nullptr);
-        regfile::Value big, multi;
+        ombrevale::regfile::Value big, multi;
         big.name = u"Big";
         big.type = 5;
         big.data = {1, 2, 3, 4};
         multi.name = u"Multi";
         multi.type = 7;
         multi.data = {'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0, 0, 0};
-        regfile::File::SetValue(*key, big, 1700000000);
-        regfile::File::SetValue(*key, multi, 1700000000);
+        ombrevale::regfile::File::SetValue(*key, big, 1700000000);
+        ombrevale::regfile::File::SetValue(*key, multi, 1700000000);
         std::string text;
         ASSERT_TRUE(f.Serialize(text));
         std::ofstream(UserReg(), std::ios::binary) << text;

@@ -14,7 +14,7 @@
 
 #include "style/clssty.h"
 #include "support/hookrecorder.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -52,6 +52,7 @@ void operator delete[](void* p, std::size_t) noexcept { Give(p); }
 namespace {
 
 using namespace testsupport;
+using namespace ombrevale::stylewriter;
 
 struct BoundCase {
     const char* name;

@@ -12,12 +12,12 @@
 #include "style/bytecursor.h"
 #include "style/clssty.h"
 #include "style/hooks.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace {
 
-using testsupport::Bytes;
+using ombrevale::stylewriter::Bytes;
 
 // Hands out at most `piece` bytes a call (1 to 7 at random when 0), and
 // nothing past `givesOutAt`.
@@ -118,9 +118,9 @@ TEST(ByteCursorStream, AStreamThatGivesOutEarlyFails) {
 TEST(ByteCursorStream, AFileCutWhileLoadingIsReportedAsUnread) {
     testsupport::TempDir dir;
     const std::string path = dir.File("shrinks.sty");
-    std::vector<testsupport::TilePixels> tiles(64);
+    std::vector<ombrevale::stylewriter::TilePixels> tiles(64);
     for (std::size_t t = 0; t < tiles.size(); ++t) tiles[t].fill(static_cast<std::uint8_t>(t));
-    testsupport::WriteFile(path, testsupport::StyleBytes().Add("TILE", testsupport::TilePayload(tiles)).bytes());
+    ombrevale::stylewriter::WriteFile(path, ombrevale::stylewriter::StyleBytes().Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).bytes());
     std::vector<std::string> messages;
     DocumentHooks hooks;
     hooks.progressStart = [&](double, double, const std::string&) { std::filesystem::resize_file(path, 100000); };

@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "fullstyle.h"
 #include "style/clssty.h"
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 using namespace testsupport;
+using namespace ombrevale::stylewriter;
 
 namespace {
 
@@ -37,7 +37,7 @@ protected:
 // payload. A cut right at a head leaves a whole, smaller file; one that leaves
 // less than a tag behind it is a whole file with stray bytes.
 TEST_F(Damaged, TruncatedAnywhereLoadsTheWholeSectionsBeforeTheCut) {
-    const auto full = styletest::MakeFullStyle();
+    const auto full = ombrevale::stylewriter::MakeFullStyle();
     const Bytes& bytes = full.file.bytes();
     const auto& heads = full.file.boundaries();
     for (std::size_t i = 0; i < heads.size(); ++i) {
@@ -70,7 +70,7 @@ class Hostile : public Damaged, public ::testing::WithParamInterface<HostileCase
 
 TEST_P(Hostile, IsRefusedWithOneMessageAndNoStoreChanges) {
     clsSTY doc;
-    ASSERT_TRUE(Load(doc, styletest::MakeFullStyle().file.bytes()));
+    ASSERT_TRUE(Load(doc, ombrevale::stylewriter::MakeFullStyle().file.bytes()));
     const StoreSnapshot before = TakeSnapshot(doc);
     HookRecorder hooks;
     EXPECT_FALSE(Load(doc, GetParam().file));

@@ -3,14 +3,14 @@
 #include <string>
 #include <vector>
 
-#include "fullstyle.h"
 #include "style/clssty.h"
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 using namespace testsupport;
+using namespace ombrevale::stylewriter;
 using namespace modDeclares;
 
 namespace {
@@ -31,7 +31,7 @@ protected:
 };
 
 TEST_F(LoadTest, EveryStoreHoldsWhatTheFileSays) {
-    const auto full = styletest::MakeFullStyle();
+    const auto full = ombrevale::stylewriter::MakeFullStyle();
     HookRecorder hooks;
     ASSERT_TRUE(Load(full.file.bytes()));
     EXPECT_TRUE(hooks.messages().empty());
@@ -82,14 +82,14 @@ TEST_F(LoadTest, EveryStoreHoldsWhatTheFileSays) {
 }
 
 TEST_F(LoadTest, OrderCaseOddSizesAndUnknownSectionsDoNotChangeWhatIsLoaded) {
-    const auto full = styletest::MakeFullStyle();
+    const auto full = ombrevale::stylewriter::MakeFullStyle();
     ASSERT_TRUE(Load(full.file.bytes()));
     const StoreSnapshot expected = TakeSnapshot(doc);
 
     ResetSharedStores();
     clsSTY other;
     const std::string path = dir.File("scrambled.sty");
-    WriteFile(path, styletest::MakeScrambledStyle(full).bytes());
+    WriteFile(path, ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
     HookRecorder hooks;
     ASSERT_TRUE(other.LoadSTY(path));
     EXPECT_TRUE(hooks.messages().empty());
@@ -129,7 +129,7 @@ struct MagicCase {
 class WrongMagic : public LoadTest, public ::testing::WithParamInterface<MagicCase> {};
 
 TEST_P(WrongMagic, IsRefusedWithTheInvalidFileMessageAndStoresStayAsTheyWere) {
-    ASSERT_TRUE(Load(styletest::MakeFullStyle().file.bytes(), "first.sty"));
+    ASSERT_TRUE(Load(ombrevale::stylewriter::MakeFullStyle().file.bytes(), "first.sty"));
     const StoreSnapshot before = TakeSnapshot(doc);
     HookRecorder hooks;
     EXPECT_FALSE(Load(GetParam().bytes));
@@ -179,7 +179,7 @@ INSTANTIATE_TEST_SUITE_P(Counts, Rounding,
                          [](const auto& p) { return std::string(p.param.tag) + "_" + std::to_string(p.param.size); });
 
 TEST_F(LoadTest, SecondLoadReplacesOnlyTheStoresItsFileHolds) {
-    ASSERT_TRUE(Load(styletest::MakeFullStyle().file.bytes(), "first.sty"));
+    ASSERT_TRUE(Load(ombrevale::stylewriter::MakeFullStyle().file.bytes(), "first.sty"));
     const Bytes second = StyleBytes()
                              .Add("DELX", Cat({LE16(9), {1, 0}, LE16(2)}))
                              .Add("CARI", {99, 1, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0})

@@ -4,12 +4,12 @@
 
 #include "style/clssty.h"
 #include "style/pixelblock.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace {
 
-using testsupport::TilePixels;
+using ombrevale::stylewriter::TilePixels;
 
 TilePixels Pattern(std::uint8_t seed) {
     TilePixels p;
@@ -53,7 +53,7 @@ TEST(PixelBlock, LoadedTwinTilesShareAndAnEditLeavesTheTwin) {
     const std::vector<TilePixels> tiles = {Pattern(1), Pattern(2), Pattern(1), Pattern(9)};
     testsupport::TempDir dir;
     const std::string path = dir.File("twins.sty");
-    testsupport::WriteFile(path, testsupport::StyleBytes().Add("TILE", testsupport::TilePayload(tiles)).bytes());
+    ombrevale::stylewriter::WriteFile(path, ombrevale::stylewriter::StyleBytes().Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).bytes());
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(path));
     ASSERT_EQ(doc.STYTileStore.size(), 4u);

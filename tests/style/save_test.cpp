@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "fullstyle.h"
 #include "style/clssty.h"
 #include "support/hookrecorder.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 using namespace testsupport;
+using namespace ombrevale::stylewriter;
 namespace fs = std::filesystem;
 
 namespace {
@@ -32,7 +32,7 @@ protected:
 };
 
 TEST_F(SaveTest, WritersOwnFileComesBackByteForByte) {
-    const Bytes original = styletest::MakeFullStyle().file.bytes();
+    const Bytes original = ombrevale::stylewriter::MakeFullStyle().file.bytes();
     Load(original);
     const std::string out = dir.File("out.sty");
     ASSERT_TRUE(doc.SaveSTY(out));
@@ -42,8 +42,8 @@ TEST_F(SaveTest, WritersOwnFileComesBackByteForByte) {
 // Other order, lower-case tags, version 700, odd fixed sizes and an unknown
 // section: all of it comes out in the writer's form, which is the full file.
 TEST_F(SaveTest, OtherFilesComeOutNormalised) {
-    const auto full = styletest::MakeFullStyle();
-    Load(styletest::MakeScrambledStyle(full).bytes());
+    const auto full = ombrevale::stylewriter::MakeFullStyle();
+    Load(ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
     const std::string out = dir.File("out.sty");
     ASSERT_TRUE(doc.SaveSTY(out));
     EXPECT_EQ(ReadFile(out), full.file.bytes());
@@ -71,7 +71,7 @@ TEST_F(SaveTest, EmptyPresentSectionsKeepTheirHeads) {
 }
 
 TEST_F(SaveTest, BackupHoldsTheFileAsItStoodBeforeEachSave) {
-    Load(styletest::MakeFullStyle().file.bytes());
+    Load(ombrevale::stylewriter::MakeFullStyle().file.bytes());
     const std::string out = dir.File("style");  // no extension: the suffix still goes behind the name
     const Bytes old = Text("an older file");
     WriteFile(out, old);

@@ -17,13 +17,13 @@
 #include <string>
 #include <vector>
 
-#include "fullstyle.h"
 #include "style/clssty.h"
 #include "support/hookrecorder.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 using namespace testsupport;
+using namespace ombrevale::stylewriter;
 namespace fs = std::filesystem;
 
 namespace {
@@ -132,7 +132,7 @@ protected:
 TEST_P(SaveFault, KeepsThePreviousFileAndSaysSo) {
     const FaultCase& c = GetParam();
     const std::string in = dir.File("in.sty");
-    WriteFile(in, styletest::MakeFullStyle().file.bytes());
+    WriteFile(in, ombrevale::stylewriter::MakeFullStyle().file.bytes());
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(in));
     fs::remove(in);
@@ -177,7 +177,7 @@ TEST(SaveUnderSignals, EverySaveLandsWithItsBackup) {
     modDeclares::ResetSharedStores();
     TempDir dir;
     const std::string in = dir.File("in.sty");
-    WriteFile(in, styletest::MakeFullStyle().file.bytes());
+    WriteFile(in, ombrevale::stylewriter::MakeFullStyle().file.bytes());
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(in));
     const std::string quiet = dir.File("quiet.sty");

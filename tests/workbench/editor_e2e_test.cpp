@@ -93,7 +93,7 @@ private slots:
 
     void coldStartDrawsTheSheetBeforeTheHelperAnswers() {
         // No Wine server runs in the prefix: the helper's start boots it.
-        linkhelper::Shutdown();
+        ombrevale::linkhelper::Shutdown();
         QCOMPARE(std::system("wineserver -k >/dev/null 2>&1; wineserver -w"), 0);
         // As the program starts: the helper, progress window hooks, the style from the command line, shown.
         modControlWin::StartEditorLink();
@@ -103,8 +103,8 @@ private slots:
         QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
         QCOMPARE(window_->Cols(), 9);
         QCOMPARE(window_->picMain->height(), (kTiles / 9 + 1) * kCell);
-        QVERIFY2(!linkhelper::Ready(), "the helper was up before the sheet was shown");
-        QTRY_VERIFY_WITH_TIMEOUT(linkhelper::Ready(), 30000);
+        QVERIFY2(!ombrevale::linkhelper::Ready(), "the helper was up before the sheet was shown");
+        QTRY_VERIFY_WITH_TIMEOUT(ombrevale::linkhelper::Ready(), 30000);
         editor_ = std::make_unique<standin::StandIn>(standin::Window{}, dir_->File("editor.log"));
         QVERIFY2(editor_->ok(), "the editor stand-in did not come up");
     }
@@ -191,7 +191,7 @@ private slots:
 
     void cleanupTestCase() {
         window_.reset();
-        linkhelper::Shutdown();
+        ombrevale::linkhelper::Shutdown();
         editor_.reset();
         cwd_.reset();
         dir_.reset();

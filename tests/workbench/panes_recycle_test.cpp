@@ -40,7 +40,7 @@ private slots:
     void init() {
         s_ = std::make_unique<panestest::SampleWindow>();
         prompts_.clear();
-        panesdialogs::Install({[this](QWidget*, const QString& prompt) -> std::optional<QString> {
+        ombrevale::panesdialogs::Install({[this](QWidget*, const QString& prompt) -> std::optional<QString> {
                                    prompts_ << prompt;
                                    const QVariant v = replies_.takeFirst();
                                    if (!v.isValid()) return std::nullopt;
@@ -49,7 +49,7 @@ private slots:
                                {}});
     }
     void cleanup() {
-        panesdialogs::Install({});
+        ombrevale::panesdialogs::Install({});
         s_.reset();
     }
 

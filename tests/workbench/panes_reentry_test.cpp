@@ -19,7 +19,7 @@ enum class Phase { Load, Render };
 void Act(frmSTY2& w, const QString& what) {
     if (what == "refresh") w.cmdGen_Click();
     if (what == "click") w.picMain_MouseUp(1, 0, 70, 130);
-    if (what == "key") w.Form_KeyDown(keycodes::vbKeyPageDown, 0);
+    if (what == "key") w.Form_KeyDown(ombrevale::keycodes::vbKeyPageDown, 0);
     if (what == "sprite") {
         w.lstSprites->setCurrentRow(w.lstSprites->count() - 1);
         w.lstSprites_Click();

@@ -18,7 +18,7 @@
 
 #include "panes_fixture.h"
 #include "support/hookrecorder.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "workbench/frmprogress.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
@@ -97,14 +97,14 @@ private slots:
         s_ = std::make_unique<panestest::SampleWindow>();
         answers_.clear();
         folders_.clear();
-        panesdialogs::Install(
-            {{}, [this](QWidget*, panesdialogs::FileMode, const QString&, const QString&, const QString& folder) {
+        ombrevale::panesdialogs::Install(
+            {{}, [this](QWidget*, ombrevale::panesdialogs::FileMode, const QString&, const QString&, const QString& folder) {
                  folders_ << folder;
                  return answers_.isEmpty() ? QString() : answers_.takeFirst();
              }});
     }
     void cleanup() {
-        panesdialogs::Install({});
+        ombrevale::panesdialogs::Install({});
         s_.reset();
     }
 
@@ -242,15 +242,15 @@ private slots:
 
     void openRefusedKeepsTheStyle_data() {
         QTest::addColumn<QByteArray>("file");
-        const auto Of = [](const testsupport::Bytes& b) {
+        const auto Of = [](const ombrevale::stylewriter::Bytes& b) {
             return QByteArray(reinterpret_cast<const char*>(b.data()), static_cast<qsizetype>(b.size()));
         };
         // The recycling list loads, then a section claims more bytes than the file holds.
-        QTest::newRow("cut short") << Of(testsupport::StyleBytes()
+        QTest::newRow("cut short") << Of(ombrevale::stylewriter::StyleBytes()
                                              .Add("RECY", {1, 2, 255})
-                                             .AddWithSize("PPAL", 1 << 20, testsupport::Bytes(64, 1))
+                                             .AddWithSize("PPAL", 1 << 20, ombrevale::stylewriter::Bytes(64, 1))
                                              .bytes());
-        QTest::newRow("wrong magic") << Of(testsupport::StyleBytes("GBSX").Add("RECY", {1, 255}).bytes());
+        QTest::newRow("wrong magic") << Of(ombrevale::stylewriter::StyleBytes("GBSX").Add("RECY", {1, 255}).bytes());
         QTest::newRow("empty") << QByteArray();
     }
     void openRefusedKeepsTheStyle() {
@@ -260,7 +260,7 @@ private slots:
         modDeclares::STYPalData[0][4] = 77;
         const auto tiles = W().Sty().STYTileStore.size();
         const std::string bad = s_->dir.File("bad.sty");
-        testsupport::WriteFile(bad, testsupport::Bytes(file.begin(), file.end()));
+        ombrevale::stylewriter::WriteFile(bad, ombrevale::stylewriter::Bytes(file.begin(), file.end()));
         answers_ = {QString::fromStdString(bad)};
         testsupport::HookRecorder hooks;
         W().tlbMain_ButtonClick(QStringLiteral("open"));

@@ -3,11 +3,12 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 
 namespace wbtest {
 
 using namespace testsupport;
+using namespace ombrevale::stylewriter;
 
 int TileByte(int t, int x, int y) {
     if (t % 5 == 1 && (x + y) % 4 == 0) return 0;

@@ -403,7 +403,7 @@ private slots:
             ++inner;
             if (what == "refresh") w->cmdGen_Click();
             if (what == "click") w->picMain_MouseUp(1, 0, 70, 130);
-            if (what == "key") w->Form_KeyDown(keycodes::vbKeyPageDown, 0);
+            if (what == "key") w->Form_KeyDown(ombrevale::keycodes::vbKeyPageDown, 0);
         };
         {
             ScopedDocumentHooks scoped(h);
@@ -441,7 +441,7 @@ private slots:
         QCoreApplication::processEvents();
         QVERIFY(!w.windowFlags().testFlag(Qt::WindowStaysOnTopHint));
         QVERIFY(!w.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-        workbench::SetTopMost(&w, true);
+        ombrevale::workbench::SetTopMost(&w, true);
         QVERIFY(w.windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
         QCOMPARE(w.winId(), id);
         QCOMPARE(hides, 0);

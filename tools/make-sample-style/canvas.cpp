@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-namespace sample {
+namespace ombrevale::sample {
 
 std::uint64_t Rng::Next() {
     state_ += 0x9E3779B97F4A7C15ULL;
@@ -111,4 +111,4 @@ Canvas Canvas::RotatedQuarter() const {
     return out;
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace sample {
+namespace ombrevale::sample {
 
 // splitmix64: tiny, well mixed, and fully specified (unlike std:: distributions).
 class Rng {
@@ -59,4 +59,4 @@ private:
     std::vector<std::uint8_t> pixels_;
 };
 
-}  // namespace sample
+}  // namespace ombrevale::sample

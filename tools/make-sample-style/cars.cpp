@@ -4,7 +4,7 @@
 #include "palettes.h"
 #include "sprites.h"
 
-namespace sample {
+namespace ombrevale::sample {
 namespace {
 
 enum class Body { Compact, Saloon, Sports, Estate, Van, Pickup, Truck, Bus, Limo, Bike };
@@ -289,4 +289,4 @@ CarSet BuildCars() {
     return set;
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -4,7 +4,7 @@
 #include "palettes.h"
 #include "sprites.h"
 
-namespace sample {
+namespace ombrevale::sample {
 namespace {
 
 // Characters 33 ('!') to 126 ('~'), seven rows each, bit 4 the leftmost column.
@@ -118,4 +118,4 @@ std::vector<SpriteArt> BuildFonts() {
     return out;
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
     }
     const std::string out = argv[1];
     try {
-        const auto bytes = sample::BuildStyleFile();
+        const auto bytes = ombrevale::sample::BuildStyleFile();
         // Written beside the target first, so a failed run leaves no half file.
         const std::string temp = out + ".part";
         {

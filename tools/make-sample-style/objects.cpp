@@ -5,7 +5,7 @@
 #include "palettes.h"
 #include "sprites.h"
 
-namespace sample {
+namespace ombrevale::sample {
 namespace {
 
 // Ramp roles of object palettes.
@@ -233,4 +233,4 @@ std::vector<SpriteArt> BuildUserSprites() {
     return out;
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

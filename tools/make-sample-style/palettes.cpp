@@ -4,7 +4,7 @@
 
 #include "canvas.h"
 
-namespace sample {
+namespace ombrevale::sample {
 namespace {
 
 std::uint8_t Clamp8(int v) { return static_cast<std::uint8_t>(std::clamp(v, 0, 255)); }
@@ -181,4 +181,4 @@ std::vector<PaletteBytes> BuildPalettes() {
     return out;
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace sample {
+namespace ombrevale::sample {
 
 struct Rgb {
     int r, g, b;
@@ -61,4 +61,4 @@ int CarColourCount();
 
 std::vector<PaletteBytes> BuildPalettes();
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -4,7 +4,7 @@
 #include "palettes.h"
 #include "sprites.h"
 
-namespace sample {
+namespace ombrevale::sample {
 namespace {
 
 enum class Arms { Swing, Punch, Gun, Raised, Carry };
@@ -64,4 +64,4 @@ std::vector<SpriteArt> BuildPeds() {
     return out;
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -8,7 +8,7 @@
 #include "canvas.h"
 #include "style/moddeclares.h"
 
-namespace sample {
+namespace ombrevale::sample {
 
 // Sprite counts per category, in the order of SPRB.
 inline constexpr int kCarSprites = 48;  // 40 cars, then 8 wrecks
@@ -42,4 +42,4 @@ std::vector<SpriteArt> BuildUserSprites();
 std::vector<int> FontGlyphCounts();
 std::vector<SpriteArt> BuildFonts();
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -1,5 +1,6 @@
 #include "stylefile.h"
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
@@ -7,9 +8,10 @@
 #include "sprites.h"
 #include "style/bytewriter.h"
 #include "style/clssty.h"
+#include "stylewriter/stylewriter.h"
 #include "tiles.h"
 
-namespace sample {
+namespace ombrevale::sample {
 namespace {
 
 struct PackedSprite {
@@ -49,54 +51,11 @@ private:
     int x_ = 0, y_ = 0, shelf_ = 0;
 };
 
-// One delta: the runs that turn `base` into `changed`, positions counted in rows of 256.
-std::vector<std::uint8_t> EncodeDelta(const Canvas& base, const Canvas& changed) {
-    std::vector<std::uint8_t> out;
-    ByteWriter w(out);
-    int end = 0;
-    for (int y = 0; y < base.Height(); ++y) {
-        int x = 0;
-        while (x < base.Width()) {
-            if (base.At(x, y) == changed.At(x, y)) {
-                ++x;
-                continue;
-            }
-            int run = 0;
-            while (x + run < base.Width() && run < 255 && base.At(x + run, y) != changed.At(x + run, y)) ++run;
-            const int start = y * 256 + x;
-            w.U16(static_cast<std::uint16_t>(start - end));
-            w.U8(static_cast<std::uint8_t>(run));
-            for (int i = 0; i < run; ++i) w.U8(changed.At(x + i, y));
-            end = start + run;
-            x += run;
-        }
-    }
-    return out;
-}
-
-void Section(ByteWriter& w, const char* tag, const std::vector<std::uint8_t>& payload) {
-    w.Bytes(std::vector<std::uint8_t>(tag, tag + 4));
-    w.I32(static_cast<std::int32_t>(payload.size()));
-    w.Bytes(payload);
-}
-
 std::vector<std::uint8_t> TilePayload(const std::vector<TileArt>& tiles) {
-    std::vector<std::uint8_t> out(tiles.size() * kTileBytes);
+    std::vector<stylewriter::TilePixels> pixels(tiles.size());
     for (std::size_t t = 0; t < tiles.size(); ++t)
-        for (int r = 0; r < 64; ++r)
-            for (int c = 0; c < 64; ++c)
-                out[(t / 4) * kStripBytes + static_cast<std::size_t>(r * 256) + (t % 4) * 64 +
-                    static_cast<std::size_t>(c)] = tiles[t].pixels.At(c, r);
-    return out;
-}
-
-std::vector<std::uint8_t> PalettePayload(const std::vector<PaletteBytes>& pals) {
-    std::vector<std::uint8_t> out(pals.size() * kPaletteBytes);
-    for (std::size_t p = 0; p < pals.size(); ++p)
-        for (std::size_t c = 0; c < 256; ++c)
-            for (std::size_t b = 0; b < 4; ++b)
-                out[(p / 64) * kPalettePageBytes + c * 256 + (p % 64) * 4 + b] = pals[p][c * 4 + b];
-    return out;
+        std::copy(tiles[t].pixels.Pixels().begin(), tiles[t].pixels.Pixels().end(), pixels[t].begin());
+    return stylewriter::TilePayload(pixels);
 }
 
 std::vector<std::uint8_t> SurfaceLists(const std::vector<TileArt>& tiles) {
@@ -142,7 +101,8 @@ std::vector<std::uint8_t> BuildStyleFile() {
         dx.U8(static_cast<std::uint8_t>(images.size()));
         dx.U8(0);
         for (const auto& image : images) {
-            const auto delta = EncodeDelta(cars.sprites[car].pixels, image);
+            const auto delta =
+                stylewriter::EncodeDelta(cars.sprites[car].pixels.Pixels(), image.Pixels(), image.Width());
             dx.I16(static_cast<std::int16_t>(delta.size()));
             dels.insert(dels.end(), delta.begin(), delta.end());
         }
@@ -191,25 +151,22 @@ std::vector<std::uint8_t> BuildStyleFile() {
         for (auto d : r.doors) cw.U16(d);
     }
 
-    std::vector<std::uint8_t> file;
-    ByteWriter w(file);
-    w.Bytes(std::vector<std::uint8_t>{'G', 'B', 'S', 'T'});
-    w.U16(600);
-    Section(w, "TILE", TilePayload(tiles));
-    Section(w, "PPAL", PalettePayload(palettes));
-    Section(w, "SPRB", sprb);
-    Section(w, "FONB", fonb);
-    Section(w, "DELX", delx);
-    Section(w, "DELS", dels);
-    Section(w, "PALX", palxBytes);
-    Section(w, "OBJI", obji);
-    Section(w, "RECY", recy);
-    Section(w, "SPRG", sprg);
-    Section(w, "SPRX", sprx);
-    Section(w, "PALB", palb);
-    Section(w, "CARI", cari);
-    Section(w, "SPEC", SurfaceLists(tiles));
-    return file;
+    stylewriter::StyleBytes file;
+    file.Add("TILE", TilePayload(tiles))
+        .Add("PPAL", stylewriter::PalettePayload(palettes))
+        .Add("SPRB", sprb)
+        .Add("FONB", fonb)
+        .Add("DELX", delx)
+        .Add("DELS", dels)
+        .Add("PALX", palxBytes)
+        .Add("OBJI", obji)
+        .Add("RECY", recy)
+        .Add("SPRG", sprg)
+        .Add("SPRX", sprx)
+        .Add("PALB", palb)
+        .Add("CARI", cari)
+        .Add("SPEC", SurfaceLists(tiles));
+    return file.bytes();
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

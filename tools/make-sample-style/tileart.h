@@ -5,7 +5,7 @@
 #include "palettes.h"
 #include "tiles.h"
 
-namespace sample::tileart {
+namespace ombrevale::sample::tileart {
 
 void Grass(Canvas& c, Rng& rng, int variant);
 void Dirt(Canvas& c, Rng& rng, int variant);
@@ -37,4 +37,4 @@ void MetalFloor(Canvas& c, Rng& rng, int variant);
 void Hedge(Canvas& c, Rng& rng, int variant);
 void Fence(Canvas& c, Rng& rng, int variant);
 
-}  // namespace sample::tileart
+}  // namespace ombrevale::sample::tileart

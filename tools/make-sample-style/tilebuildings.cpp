@@ -1,7 +1,7 @@
 // Building tiles: roofs seen from above and the walls of the buildings' sides.
 #include "tileart.h"
 
-namespace sample::tileart {
+namespace ombrevale::sample::tileart {
 
 void FlatRoof(Canvas& c, Rng& rng, int variant) {
     for (int y = 0; y < 64; ++y)
@@ -209,4 +209,4 @@ void Fence(Canvas& c, Rng& rng, int variant) {
     c.FillRect(0, 48, 64, 3, Shade(kMatA, 11));
 }
 
-}  // namespace sample::tileart
+}  // namespace ombrevale::sample::tileart

@@ -1,7 +1,7 @@
 // Ground tiles: grass, earth, water, pavements, roads and rails.
 #include "tileart.h"
 
-namespace sample::tileart {
+namespace ombrevale::sample::tileart {
 
 void Grass(Canvas& c, Rng& rng, int variant) {
     for (int y = 0; y < 64; ++y)
@@ -195,4 +195,4 @@ void Rails(Canvas& c, Rng& rng, int variant, int kind) {
     }
 }
 
-}  // namespace sample::tileart
+}  // namespace ombrevale::sample::tileart

@@ -6,7 +6,7 @@
 
 #include "tileart.h"
 
-namespace sample {
+namespace ombrevale::sample {
 namespace {
 
 using Painter = std::function<void(Canvas&, Rng&, int)>;
@@ -113,4 +113,4 @@ std::vector<TileArt> BuildTiles() {
     return tiles;
 }
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -5,7 +5,7 @@
 
 #include "canvas.h"
 
-namespace sample {
+namespace ombrevale::sample {
 
 inline constexpr int kTileCount = 992;
 
@@ -31,4 +31,4 @@ struct TileArt {
 
 std::vector<TileArt> BuildTiles();
 
-}  // namespace sample
+}  // namespace ombrevale::sample

@@ -34,7 +34,7 @@ std::string ReadValue(std::int32_t hive, const std::string& key, const std::stri
     // No value type is negative: one left so means the read found nothing.
     reg.ValueType(-1);
     RegValue v = reg.Value();
-    return regwire::ValueAnswer(reg.ValueType() != -1, reg.ValueType(), v);
+    return ombrevale::regwire::ValueAnswer(reg.ValueType() != -1, reg.ValueType(), v);
 }
 
 }  // namespace
@@ -66,7 +66,7 @@ int main() {
         } else if (cmd == "windows") {
             EnumWindows(ListWindow, 0);
             std::printf("end\n");
-        } else if (regwire::ParseValueRequest(cmd, hive, key, name)) {
+        } else if (ombrevale::regwire::ParseValueRequest(cmd, hive, key, name)) {
             std::printf("%s\n", ReadValue(hive, key, name).c_str());
         } else if (cmd == "quit") {
             break;

@@ -4,7 +4,7 @@
 #include "commands.h"
 #include "style/clssty.h"
 
-namespace cli {
+namespace ombrevale::cli {
 namespace {
 
 void CheckPhysical(const clsSTY& doc, const std::string& file, const std::string& who, std::int64_t pal) {
@@ -58,4 +58,4 @@ int DeltaCountOf(std::int64_t sprite) {
     return 0;
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

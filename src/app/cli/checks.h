@@ -7,7 +7,7 @@
 
 class clsSTY;
 
-namespace cli {
+namespace ombrevale::cli {
 
 // The physical palette of tile t; throws Failure if the tile or its palette is outside the stores.
 std::int16_t CheckedTilePalette(const clsSTY& doc, const std::string& file, std::int64_t tile);
@@ -18,4 +18,4 @@ std::int16_t CheckedSpritePalette(const clsSTY& doc, const std::string& file, st
 // The delta count of the first delta entry for the sprite; 0 if it has none.
 int DeltaCountOf(std::int64_t sprite);
 
-}  // namespace cli
+}  // namespace ombrevale::cli

@@ -4,7 +4,7 @@
 
 #include "clierror.h"
 
-namespace cli {
+namespace ombrevale::cli {
 
 namespace {
 
@@ -133,4 +133,4 @@ Args ParseArgs(const std::vector<std::string>& argv) {
     return args;
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace cli {
+namespace ombrevale::cli {
 
 struct Args {
     std::string command;
@@ -31,4 +31,4 @@ std::string Help();
 // help COMMAND: that command's usage; throws UsageError for an unknown one.
 std::string CommandHelp(const std::string& name);
 
-}  // namespace cli
+}  // namespace ombrevale::cli

@@ -2,7 +2,7 @@
 
 #include "style/hooks.h"
 
-namespace cli {
+namespace ombrevale::cli {
 namespace {
 
 std::string& FirstMessage() {
@@ -32,4 +32,4 @@ std::string DocumentVoice::Take(const std::string& fallback) {
     return text;
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

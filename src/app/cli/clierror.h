@@ -6,7 +6,7 @@
 
 #include "style/hooks.h"
 
-namespace cli {
+namespace ombrevale::cli {
 
 inline constexpr int kExitOk = 0;
 inline constexpr int kExitFailed = 1;
@@ -45,4 +45,4 @@ private:
     ScopedDocumentHooks hooks_;
 };
 
-}  // namespace cli
+}  // namespace ombrevale::cli

@@ -11,7 +11,7 @@
 class clsSTY;
 struct LoadReport;
 
-namespace cli {
+namespace ombrevale::cli {
 
 int RunInfo(const Args& args);
 int RunSave(const Args& args);
@@ -36,4 +36,4 @@ void CheckRange(const std::string& file, const std::string& what, std::int64_t v
 // `path`. Nothing is left behind on failure.
 void WriteThrough(const std::string& path, const std::function<bool(const std::string& temp)>& write);
 
-}  // namespace cli
+}  // namespace ombrevale::cli

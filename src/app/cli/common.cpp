@@ -7,7 +7,7 @@
 
 namespace fs = std::filesystem;
 
-namespace cli {
+namespace ombrevale::cli {
 
 LoadReport LoadStyle(clsSTY& doc, const std::string& path) {
     LoadReport report;
@@ -60,4 +60,4 @@ void WriteThrough(const std::string& path, const std::function<bool(const std::s
     }
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

@@ -15,7 +15,7 @@
 
 namespace fs = std::filesystem;
 
-namespace cli {
+namespace ombrevale::cli {
 namespace {
 
 std::string Numbered(const char* stem, int n, int digits) {
@@ -135,4 +135,4 @@ int RunExport(const Args& args) {
     return 0;
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

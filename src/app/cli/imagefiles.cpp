@@ -9,7 +9,7 @@
 #include "commands.h"
 #include "style/moddeclares.h"
 
-namespace cli {
+namespace ombrevale::cli {
 
 void WritePicture(const std::string& path, bool png, const std::function<bool(const std::string& bmpPath)>& writeBmp) {
     WriteThrough(path, [&](const std::string& temp) {
@@ -47,4 +47,4 @@ bool HasJascMark(const std::string& path) {
     return line == "JASC-PAL" && (in.eof() || ch == '\r' || ch == '\n');
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

@@ -6,7 +6,7 @@
 
 class clsSTY;
 
-namespace cli {
+namespace ombrevale::cli {
 
 // Writes one picture to `path`: `writeBmp` makes a BMP at the path it is
 // given; with png the BMP is turned into a PNG of the same pixels and colours.
@@ -19,4 +19,4 @@ void WriteJascPalette(const std::string& path, int pal);
 // Whether the file's first line is exactly "JASC-PAL"; throws Failure if it cannot be read.
 bool HasJascMark(const std::string& path);
 
-}  // namespace cli
+}  // namespace ombrevale::cli

@@ -9,7 +9,7 @@
 #include "commands.h"
 #include "style/clssty.h"
 
-namespace cli {
+namespace ombrevale::cli {
 namespace {
 
 template <typename T>
@@ -84,4 +84,4 @@ int RunSave(const Args& args) {
     return 0;
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

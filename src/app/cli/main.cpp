@@ -10,7 +10,7 @@
 #include "commands.h"
 
 int main(int argc, char** argv) {
-    using namespace cli;
+    using namespace ombrevale::cli;
     const std::vector<std::string> words(argv + 1, argv + argc);
     const DocumentVoice voice;
     try {

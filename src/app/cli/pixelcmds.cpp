@@ -5,7 +5,7 @@
 #include "imagefiles.h"
 #include "style/clssty.h"
 
-namespace cli {
+namespace ombrevale::cli {
 namespace {
 
 std::int16_t PalOption(const Args& args) { return static_cast<std::int16_t>(args.pal.value_or(-1)); }
@@ -77,4 +77,4 @@ int RunImportPalette(const Args& args) {
     return 0;
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

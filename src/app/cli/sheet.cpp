@@ -14,7 +14,7 @@
 
 namespace fs = std::filesystem;
 
-namespace cli {
+namespace ombrevale::cli {
 namespace {
 
 // The hidden tile picture of the window: RenderTile fills it through temp.bmp.
@@ -91,4 +91,4 @@ int RunSheet(const Args& args) {
     return 0;
 }
 
-}  // namespace cli
+}  // namespace ombrevale::cli

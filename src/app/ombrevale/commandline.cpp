@@ -24,7 +24,7 @@ void PrintHelp() {
         "A click on a tile selects it in the GTA2 editor running under Wine, through\n"
         "%s\n"
         "(OMBREVALE_LINK_EXE names another; OMBREVALE_WINE another wine).\n",
-        linkhelper::HelperPath().c_str());
+        ombrevale::linkhelper::HelperPath().c_str());
 #endif
 }
 

@@ -73,7 +73,7 @@ private:
         longest_ = std::max(longest_, last_.nsecsElapsed());
         last_.start();
 #if defined(Q_OS_LINUX)
-        const bool up = linkhelper::Ready();
+        const bool up = ombrevale::linkhelper::Ready();
 #else
         const bool up = true;
 #endif
@@ -151,7 +151,7 @@ int main(int argc, char* argv[]) {
     std::optional<std::string> style;
     // Named from the folder the user started in, before the working folder becomes the current one.
     if (argc > 1) style = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath().toStdString();
-    const workbench::WorkFolder work;
+    const ombrevale::workbench::WorkFolder work;
     if (!work.Problem().isEmpty()) MsgBox(work.Problem().toStdString(), "Ombrevale", MsgIcon::Exclamation);
     frmSTY2 window(style);
     std::optional<FirstSheetPaint> timing;

@@ -5,12 +5,12 @@
 #include <filesystem>
 
 #include "runprogram.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace {
 
-using testsupport::Bytes;
+using ombrevale::stylewriter::Bytes;
 
 struct UsageCase {
     const char* name;
@@ -62,7 +62,7 @@ struct BadFile {
     Bytes (*bytes)();
 };
 
-Bytes Sample() { return testsupport::ReadFile(clitest::kSample); }
+Bytes Sample() { return ombrevale::stylewriter::ReadFile(clitest::kSample); }
 Bytes Empty() { return {}; }
 Bytes WrongMagic() {
     Bytes b = Sample();
@@ -75,7 +75,7 @@ Bytes LowerCaseMagic() {
         b[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(b[static_cast<std::size_t>(i)] | 0x20);
     return b;
 }
-Bytes MagicOnly() { return testsupport::Text("GBST"); }
+Bytes MagicOnly() { return ombrevale::stylewriter::Text("GBST"); }
 Bytes CutInsideTiles() {
     Bytes b = Sample();
     b.resize(100);
@@ -87,10 +87,10 @@ Bytes CutInsideSprites() {
     return b;
 }
 Bytes CutInsideSectionHead() {
-    return testsupport::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C', 'Y', 1}).bytes();
+    return ombrevale::stylewriter::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C', 'Y', 1}).bytes();
 }
-Bytes NegativeSize() { return testsupport::StyleBytes().AddWithSize("ZZZZ", -8, {}).bytes(); }
-Bytes HugeTileCount() { return testsupport::StyleBytes().AddWithSize("TILE", 0x7FFFF000, Bytes(16384, 1)).bytes(); }
+Bytes NegativeSize() { return ombrevale::stylewriter::StyleBytes().AddWithSize("ZZZZ", -8, {}).bytes(); }
+Bytes HugeTileCount() { return ombrevale::stylewriter::StyleBytes().AddWithSize("TILE", 0x7FFFF000, Bytes(16384, 1)).bytes(); }
 
 class CliBadStyle : public ::testing::TestWithParam<std::tuple<BadFile, std::string>> {};
 
@@ -98,7 +98,7 @@ TEST_P(CliBadStyle, ExitsOneWithOneLineNamingTheFileAndWritesNothing) {
     const auto& [bad, command] = GetParam();
     testsupport::TempDir dir;
     const std::string style = dir.File("bad.sty");
-    if (bad.create) testsupport::WriteFile(style, bad.bytes());
+    if (bad.create) ombrevale::stylewriter::WriteFile(style, bad.bytes());
     const std::string out = dir.File("out.sty");
     std::vector<std::string> args = {command, style};
     if (command == "save") args.push_back(out);

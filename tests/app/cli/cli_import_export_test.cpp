@@ -7,11 +7,11 @@
 
 #include "runprogram.h"
 #include "style/clssty.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace fs = std::filesystem;
-using testsupport::Bytes;
+using ombrevale::stylewriter::Bytes;
 
 namespace {
 
@@ -128,8 +128,8 @@ TEST(CliExport, WritesEveryPictureAndPaletteUnderItsNameAndPngMatchesBmp) {
     // The export's BMP is what the single command writes, and the PNG holds the same colours.
     const std::string single = dir.File("t.bmp");
     ASSERT_EQ(clitest::RunCli({"tile", clitest::kSample, "300", single}).exitCode, 0);
-    EXPECT_TRUE(testsupport::ReadFile(single) ==
-                testsupport::ReadFile((dir.path() / "bmp/tiles/tile-0300.bmp").string()));
+    EXPECT_TRUE(ombrevale::stylewriter::ReadFile(single) ==
+                ombrevale::stylewriter::ReadFile((dir.path() / "bmp/tiles/tile-0300.bmp").string()));
     for (const std::string name : {"tiles/tile-0300", "sprites/sprite-0007", "deltas/sprite-0005-delta-04"}) {
         const QImage bmp(QString::fromStdString((dir.path() / "bmp" / (name + ".bmp")).string()));
         const QImage png(QString::fromStdString((dir.path() / "png" / (name + ".png")).string()));
@@ -151,12 +151,12 @@ TEST(CliExport, WritesEveryPictureAndPaletteUnderItsNameAndPngMatchesBmp) {
 // extra: further sections, as tag and payload.
 std::string SmallSheetStyle(const testsupport::TempDir& dir, int lastTilePalette = 63,
                             const std::vector<std::pair<std::string, Bytes>>& extra = {}) {
-    std::vector<testsupport::TilePixels> tiles(4);
+    std::vector<ombrevale::stylewriter::TilePixels> tiles(4);
     for (int t = 0; t < 4; ++t)
         for (int i = 0; i < 4096; ++i)
             tiles[static_cast<std::size_t>(t)][static_cast<std::size_t>(i)] =
                 static_cast<std::uint8_t>(t == 1 && i % 3 == 0 ? 0 : t * 10 + i % 7 + 1);
-    std::vector<testsupport::PaletteBytes> pals(64);
+    std::vector<ombrevale::stylewriter::PaletteBytes> pals(64);
     for (std::size_t p = 0; p < 64; ++p)
         for (std::size_t c = 0; c < 256; ++c) {
             pals[p][c * 4] = static_cast<std::uint8_t>(c);
@@ -164,18 +164,18 @@ std::string SmallSheetStyle(const testsupport::TempDir& dir, int lastTilePalette
             pals[p][c * 4 + 2] = static_cast<std::uint8_t>(255 - c);
         }
     const std::string path = dir.File("small.sty");
-    testsupport::StyleBytes file;
-    file.Add("TILE", testsupport::TilePayload(tiles))
-        .Add("PPAL", testsupport::PalettePayload(pals))
-        .Add("PALX", testsupport::Cat({testsupport::LE16(0), testsupport::LE16(5), testsupport::LE16(5),
-                                       testsupport::LE16(lastTilePalette)}));
+    ombrevale::stylewriter::StyleBytes file;
+    file.Add("TILE", ombrevale::stylewriter::TilePayload(tiles))
+        .Add("PPAL", ombrevale::stylewriter::PalettePayload(pals))
+        .Add("PALX", ombrevale::stylewriter::Cat({ombrevale::stylewriter::LE16(0), ombrevale::stylewriter::LE16(5), ombrevale::stylewriter::LE16(5),
+                                       ombrevale::stylewriter::LE16(lastTilePalette)}));
     for (const auto& [tag, payload] : extra) file.Add(tag, payload);
-    testsupport::WriteFile(path, file.bytes());
+    ombrevale::stylewriter::WriteFile(path, file.bytes());
     return path;
 }
 
 TEST(CliExport, PngLeavesOutASpriteOfNoPixelsAndSaysSo) {
-    using testsupport::LE16, testsupport::LE32, testsupport::Cat;
+    using ombrevale::stylewriter::LE16, ombrevale::stylewriter::LE32, ombrevale::stylewriter::Cat;
     testsupport::TempDir dir;
     // Sprite 0 is 2 x 1 pixels, sprite 1 is 0 x 0.
     const std::string style = SmallSheetStyle(

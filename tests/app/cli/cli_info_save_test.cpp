@@ -8,7 +8,7 @@
 
 #include "runprogram.h"
 #include "style/clssty.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -88,10 +88,10 @@ TEST(CliInfo, ReportsWhatTheDocumentLoaded) {
 TEST(CliInfo, SectionsFollowThePresentFlagsNotTheFileOrder) {
     testsupport::TempDir dir;
     const std::string style = dir.File("small.sty");
-    testsupport::WriteFile(style, testsupport::StyleBytes()
+    ombrevale::stylewriter::WriteFile(style, ombrevale::stylewriter::StyleBytes()
                                       .Add("spec", {2, 0, 0, 0})
                                       .Add("RECY", {3, 1, 255})
-                                      .Add("PALX", testsupport::LE16(0))
+                                      .Add("PALX", ombrevale::stylewriter::LE16(0))
                                       .Raw({0})
                                       .bytes());
     const QJsonObject info = InfoOf(style);
@@ -109,14 +109,14 @@ TEST(CliSave, RoundTripOfTheSampleGivesIdenticalBytesAndABackupOnTheSecondSave) 
     auto r = clitest::RunCli({"save", clitest::kSample, out});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     EXPECT_TRUE(r.out.empty() && r.err.empty());
-    const auto sample = testsupport::ReadFile(clitest::kSample);
-    EXPECT_TRUE(testsupport::ReadFile(out) == sample);
+    const auto sample = ombrevale::stylewriter::ReadFile(clitest::kSample);
+    EXPECT_TRUE(ombrevale::stylewriter::ReadFile(out) == sample);
     EXPECT_FALSE(std::filesystem::exists(out + ".bak"));
-    testsupport::WriteFile(out, {'o', 'l', 'd'});
+    ombrevale::stylewriter::WriteFile(out, {'o', 'l', 'd'});
     r = clitest::RunCli({"save", clitest::kSample, out});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    EXPECT_TRUE(testsupport::ReadFile(out) == sample);
-    EXPECT_EQ(testsupport::ReadFile(out + ".bak"), (testsupport::Bytes{'o', 'l', 'd'}));
+    EXPECT_TRUE(ombrevale::stylewriter::ReadFile(out) == sample);
+    EXPECT_EQ(ombrevale::stylewriter::ReadFile(out + ".bak"), (ombrevale::stylewriter::Bytes{'o', 'l', 'd'}));
 }
 
 TEST(CliSave, AnOutputThatCannotBeWrittenFailsWithOneLineAndLeavesNoFile) {

@@ -8,11 +8,11 @@
 
 #include "runprogram.h"
 #include "style/clssty.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace fs = std::filesystem;
-using testsupport::Bytes;
+using ombrevale::stylewriter::Bytes;
 
 namespace {
 
@@ -72,7 +72,7 @@ TEST_P(CliTile, WritesTheTileBottomRowFirstInItsOwnPalette) {
     const auto r = clitest::RunCli({"tile", clitest::kSample, std::to_string(t), out});
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const auto& tile = doc_->STYTileStore[static_cast<std::size_t>(t)];
-    ExpectBmp(testsupport::ReadFile(out), 64, 64, PaletteBytes(modDeclares::STYPalIndex[static_cast<std::size_t>(t)]),
+    ExpectBmp(ombrevale::stylewriter::ReadFile(out), 64, 64, PaletteBytes(modDeclares::STYPalIndex[static_cast<std::size_t>(t)]),
               BottomFirst(Bytes(tile.begin(), tile.end()), 64));
 }
 
@@ -95,7 +95,7 @@ TEST_P(CliSprite, WritesTheSpriteWithPaddedRowsAndTheChosenPalette) {
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const auto& rec = doc_->STYSpriteIndex[static_cast<std::size_t>(c.sprite)];
     const int own = modDeclares::STYPalIndex[static_cast<std::size_t>(modDeclares::STYPalBase[0] + c.sprite)];
-    ExpectBmp(testsupport::ReadFile(out), rec.width, rec.height, PaletteBytes(c.pal == -1 ? own : c.pal),
+    ExpectBmp(ombrevale::stylewriter::ReadFile(out), rec.width, rec.height, PaletteBytes(c.pal == -1 ? own : c.pal),
               BottomFirst(SpriteRowsTopFirst(*doc_, c.sprite), (rec.width + 3) / 4 * 4));
 }
 
@@ -142,7 +142,7 @@ TEST_F(SampleDoc, DeltaIsLaidOverItsSpriteOneColumnRightOfItsPosition) {
         at += 3 + static_cast<std::size_t>(n);
     }
     EXPECT_TRUE(changed) << "the delta should change the picture";
-    ExpectBmp(testsupport::ReadFile(out), rec.width, rec.height,
+    ExpectBmp(ombrevale::stylewriter::ReadFile(out), rec.width, rec.height,
               PaletteBytes(modDeclares::STYPalIndex[static_cast<std::size_t>(modDeclares::STYPalBase[0] + sprite)]),
               BottomFirst(block, w));
 }
@@ -200,9 +200,9 @@ class CliPictureOfBadStyle : public ::testing::TestWithParam<std::vector<std::st
 TEST_P(CliPictureOfBadStyle, ExitsOneAndWritesNothing) {
     testsupport::TempDir dir;
     const std::string style = dir.File("bad.sty");
-    Bytes bytes = testsupport::ReadFile(clitest::kSample);
+    Bytes bytes = ombrevale::stylewriter::ReadFile(clitest::kSample);
     bytes.resize(bytes.size() / 2);
-    testsupport::WriteFile(style, bytes);
+    ombrevale::stylewriter::WriteFile(style, bytes);
     std::vector<std::string> args = GetParam();
     for (auto& a : args)
         if (a == "STYLE")

@@ -5,7 +5,7 @@
 
 #include "runprogram.h"
 #include "style/clssty.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -15,8 +15,8 @@ TEST(SampleStyle, RegeneratingGivesTheCommittedBytes) {
     const std::string fresh = dir.File("fresh.sty");
     const auto r = clitest::Run(OMBREVALE_MAKE_SAMPLE, {fresh});
     ASSERT_EQ(r.exitCode, 0) << r.err;
-    const auto committed = testsupport::ReadFile(clitest::kSample);
-    const auto regenerated = testsupport::ReadFile(fresh);
+    const auto committed = ombrevale::stylewriter::ReadFile(clitest::kSample);
+    const auto regenerated = ombrevale::stylewriter::ReadFile(fresh);
     ASSERT_EQ(regenerated.size(), committed.size());
     EXPECT_TRUE(regenerated == committed) << "samples/ombrevale-sample.sty is out of date: run make-sample-style";
 }

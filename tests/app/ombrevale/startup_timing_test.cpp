@@ -11,7 +11,7 @@
 #include <string>
 
 #include "../cli/runprogram.h"
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 namespace fs = std::filesystem;
@@ -30,7 +30,7 @@ class StartupTiming : public ::testing::TestWithParam<Folder> {};
 TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
     testsupport::TempDir start, runtime, elsewhere;
     const std::string target = elsewhere.File("precious.txt");
-    testsupport::WriteFile(target, testsupport::Text("keep me"));
+    ombrevale::stylewriter::WriteFile(target, ombrevale::stylewriter::Text("keep me"));
     if (GetParam() == Folder::LinkNamedTempBmp) fs::create_symlink(target, start.path() / "temp.bmp");
     // A folder in its place: not even root can write the file there.
     if (GetParam() == Folder::TempBmpCannotBeWritten) fs::create_directory(start.path() / "temp.bmp");
@@ -53,7 +53,7 @@ TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
     EXPECT_LE(painted, after) << r.err;
     EXPECT_NE(r.err.find("tiles drawn 992 of 992"), std::string::npos) << r.err;
     // Nothing written where the program started or through the link; the private folder is gone.
-    EXPECT_EQ(testsupport::ReadFile(target), testsupport::Text("keep me"));
+    EXPECT_EQ(ombrevale::stylewriter::ReadFile(target), ombrevale::stylewriter::Text("keep me"));
     EXPECT_EQ(fs::exists(start.path() / "temp.bmp"), GetParam() != Folder::Plain);
     EXPECT_TRUE(fs::is_empty(runtime.path()));
 }

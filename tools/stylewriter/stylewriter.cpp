@@ -1,10 +1,10 @@
-#include "support/stylebytes.h"
+#include "stylewriter/stylewriter.h"
 
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 
-namespace testsupport {
+namespace ombrevale::stylewriter {
 
 Bytes LE16(std::int32_t v) {
     const auto u = static_cast<std::uint32_t>(v);
@@ -46,6 +46,33 @@ Bytes PalettePayload(const std::vector<PaletteBytes>& palettes) {
     return out;
 }
 
+Bytes EncodeDelta(std::span<const std::uint8_t> base, std::span<const std::uint8_t> changed, int width) {
+    Bytes out;
+    const auto w = static_cast<std::size_t>(width);
+    const std::size_t height = w ? base.size() / w : 0;
+    std::size_t end = 0;
+    for (std::size_t y = 0; y < height; ++y) {
+        std::size_t x = 0;
+        while (x < w) {
+            const std::size_t at = y * w + x;
+            if (base[at] == changed[at]) {
+                ++x;
+                continue;
+            }
+            std::size_t run = 0;
+            while (x + run < w && run < 255 && base[at + run] != changed[at + run]) ++run;
+            const std::size_t start = y * 256 + x;
+            const Bytes head = Cat({LE16(static_cast<std::int32_t>(start - end)), {static_cast<std::uint8_t>(run)}});
+            out.insert(out.end(), head.begin(), head.end());
+            out.insert(out.end(), changed.begin() + static_cast<long>(at),
+                       changed.begin() + static_cast<long>(at + run));
+            end = start + run;
+            x += run;
+        }
+    }
+    return out;
+}
+
 StyleBytes::StyleBytes(const std::string& magic, std::uint16_t version) { bytes_ = Cat({Text(magic), LE16(version)}); }
 
 StyleBytes& StyleBytes::Add(const std::string& tag, const Bytes& payload) {
@@ -55,7 +82,9 @@ StyleBytes& StyleBytes::Add(const std::string& tag, const Bytes& payload) {
 StyleBytes& StyleBytes::AddWithSize(const std::string& tag, std::int64_t size, const Bytes& payload) {
     if (tag.size() != 4) throw std::invalid_argument("a tag has four letters");
     boundaries_.push_back(bytes_.size());
-    bytes_ = Cat({bytes_, Text(tag), LE32(size), payload});
+    const Bytes head = Cat({Text(tag), LE32(size)});
+    bytes_.insert(bytes_.end(), head.begin(), head.end());
+    bytes_.insert(bytes_.end(), payload.begin(), payload.end());
     return *this;
 }
 
@@ -76,4 +105,4 @@ Bytes ReadFile(const std::string& path) {
     return Bytes(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-}  // namespace testsupport
+}  // namespace ombrevale::stylewriter

@@ -1,8 +1,6 @@
-#include "fullstyle.h"
+#include "stylewriter/stylewriter.h"
 
-using namespace testsupport;
-
-namespace styletest {
+namespace ombrevale::stylewriter {
 namespace {
 
 std::vector<TilePixels> MakeTiles() {
@@ -90,4 +88,4 @@ StyleBytes MakeScrambledStyle(const FullStyle& full) {
     return s;
 }
 
-}  // namespace styletest
+}  // namespace ombrevale::stylewriter

@@ -1,14 +1,16 @@
 #pragma once
-// Builds style files byte by byte for tests, straight from the file format's
-// offsets, so that tests of the loader and the saver do not lean on them.
+// Style files written byte by byte straight from the file format's offsets,
+// apart from the program's own saver: the tests' second opinion, the fuzzers'
+// starting inputs and the sample generator all build their files with it.
 
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <vector>
 
-namespace testsupport {
+namespace ombrevale::stylewriter {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -24,6 +26,11 @@ Bytes TilePayload(const std::vector<TilePixels>& tiles);
 // Palettes as 256 colours of blue, green, red, fourth byte; laid out in pages of 64.
 using PaletteBytes = std::array<std::uint8_t, 1024>;
 Bytes PalettePayload(const std::vector<PaletteBytes>& palettes);
+
+// The runs of one delta that turn `base` into `changed`, both `width` pixels a
+// row, row 0 first: distance from the end of the last run (positions count in
+// rows of 256), length, pixels.
+Bytes EncodeDelta(std::span<const std::uint8_t> base, std::span<const std::uint8_t> changed, int width);
 
 class StyleBytes {
 public:
@@ -42,7 +49,20 @@ private:
     std::vector<std::size_t> boundaries_;
 };
 
+// A small style holding all fourteen sections, in the program's writing order
+// and with its size figures, so that saving it gives back its bytes.
+struct FullStyle {
+    StyleBytes file;
+    std::vector<TilePixels> tiles;       // 8 tiles: two strips
+    std::vector<PaletteBytes> palettes;  // 128 palettes: two pages
+};
+FullStyle MakeFullStyle();
+
+// The same sections in another order, with lower-case tags, odd sizes for the
+// fixed-length sections and an unknown section.
+StyleBytes MakeScrambledStyle(const FullStyle& full);
+
 void WriteFile(const std::string& path, const Bytes& bytes);
 Bytes ReadFile(const std::string& path);
 
-}  // namespace testsupport
+}  // namespace ombrevale::stylewriter
