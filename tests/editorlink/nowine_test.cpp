@@ -1,7 +1,9 @@
 // The Linux link when Wine, the prefix or the helper is missing: silent, and no wait.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <thread>
 
 #include "editorlink/modcontrolwin.h"
 #include "settings/linkhelper.h"
@@ -11,28 +13,32 @@ namespace {
 
 struct NoWineCase {
     const char* label;
-    const char* prefix;  // relative to a temp folder; nullptr: a prefix that exists
+    const char* prefix;  // in a temp folder; nullptr: the temp folder itself
     const char* wine;
-    const char* helper;
+    const char* helper;  // nullptr: a file that is not there
 };
 
 class NoWineTest : public testing::TestWithParam<NoWineCase> {};
 
-// Each case gets a fresh process state: the helper is never started successfully here.
-TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobody) {
-    linkhelper::Shutdown();
+TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobodyAtOnce) {
+    linkhelper::Shutdown();  // forgets the last case's failed start
     testsupport::TempDir dir;
-    std::string prefix = GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string();
+    const std::string prefix = GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string();
+    const std::string helper = GetParam().helper ? GetParam().helper : dir.File("missing.exe");
     setenv("WINEPREFIX", prefix.c_str(), 1);
     setenv("OMBREVALE_WINE", GetParam().wine, 1);
-    std::string helper = GetParam().helper ? GetParam().helper : dir.File("missing.exe");
     setenv("OMBREVALE_LINK_EXE", helper.c_str(), 1);
+    const auto start = std::chrono::steady_clock::now();
     modControlWin::hWndEditorList = 4242;
     modControlWin::FindEditorList();
-    EXPECT_EQ(modControlWin::hWndEditorList, 4242u);
     std::int32_t item = 12;
     modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
+    EXPECT_EQ(modControlWin::hWndEditorList, 4242u);
     EXPECT_EQ(item, 0);
+    // Whatever answers in the helper's place, it never counts as up.
+    for (int i = 0; i < 30; ++i, std::this_thread::sleep_for(std::chrono::milliseconds(10)))
+        ASSERT_FALSE(linkhelper::Ready());
 }
 
 INSTANTIATE_TEST_SUITE_P(Missing, NoWineTest,
