@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SearchCase{"two_editors", {W("GTA2 Editor one"), W("gta2 editor two")}, {0, 1}}),
     [](const auto& row) { return std::string(row.param.label); });
 
-TEST(Click, ReachesTheEditorUntilItClosesAndThenTheNextOne) {
+TEST(Click, ReachesTheEditorUntilItClosesAndTheNextOneOnceTheHelperIsUp) {
     testsupport::TempDir dir;
     auto editor = std::make_unique<StandIn>(Window{}, dir.File("first.log"));
     ASSERT_TRUE(editor->ok());
@@ -106,10 +106,12 @@ TEST(Click, ReachesTheEditorUntilItClosesAndThenTheNextOne) {
         ASSERT_TRUE(editor->WaitFor("lbuttonup", from, 5000));
         const auto lines = editor->Lines();
         ASSERT_EQ(lines.size(), from + 4);
-        long asked = -1, selected = -1, left = -1, top = -1, right = 0, bottom = 0;
-        ASSERT_EQ(std::sscanf(lines[from].c_str(), "setcursel %ld %ld", &asked, &selected), 2) << lines[from];
-        EXPECT_EQ(asked, row);
-        EXPECT_EQ(selected, row < 992 ? row : selected);
+        long selected = -1, left = -1, top = -1, right = 0, bottom = 0;
+        const std::string set = "setcursel " + std::to_string(row) + " %ld";
+        ASSERT_EQ(std::sscanf(lines[from].c_str(), set.c_str(), &selected), 1) << lines[from];
+        if (row < 992) {
+            EXPECT_EQ(selected, row);
+        }
         EXPECT_EQ(item, selected) << "Item holds what LB_GETCURSEL reported";
         const std::string rect = "getitemrect " + std::to_string(selected) + " %ld %ld %ld %ld";
         ASSERT_EQ(std::sscanf(lines[from + 1].c_str(), rect.c_str(), &left, &top, &right, &bottom), 4);
@@ -126,30 +128,23 @@ TEST(Click, ReachesTheEditorUntilItClosesAndThenTheNextOne) {
     std::int32_t item = 7;
     modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
     EXPECT_EQ(item, 0) << "a message to nobody answers 0";
+
+    // Searches and clicks made while the helper starts wait for it; the last click only goes out.
     editor = std::make_unique<StandIn>(Window{}, dir.File("second.log"));
     ASSERT_TRUE(editor->ok());
-    modControlWin::FindEditorList();
-    EXPECT_EQ(modControlWin::hWndEditorList, editor->list());
-}
-
-TEST(HandOver, ClicksMadeWhileTheHelperStartsGoOutOnceItIsUpTheLastOneOnly) {
-    testsupport::TempDir dir;
-    StandIn editor(Window{}, dir.File("starting.log"));
-    ASSERT_TRUE(editor.ok());
     linkhelper::Shutdown();
-    modControlWin::hWndEditorList = 0;
     linkhelper::Start();
     ASSERT_FALSE(linkhelper::Ready()) << "Wine answered before the clicks could be made";
     for (std::int32_t row : {3, 7}) {
         modControlWin::FindEditorList();
-        std::int32_t item = row;
+        item = row;
         modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
         EXPECT_EQ(item, 0) << "nothing has answered yet";
     }
     ASSERT_TRUE(LinkUp());
-    EXPECT_EQ(modControlWin::hWndEditorList, editor.list());
-    ASSERT_TRUE(editor.WaitFor("lbuttonup", 1, 5000));
-    const auto lines = editor.Lines();
+    EXPECT_EQ(modControlWin::hWndEditorList, editor->list());
+    ASSERT_TRUE(editor->WaitFor("lbuttonup", 1, 5000));
+    const auto lines = editor->Lines();
     ASSERT_EQ(lines.size(), 5u);
     EXPECT_EQ(lines[1], "setcursel 7 7");
 }

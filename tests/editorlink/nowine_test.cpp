@@ -23,22 +23,20 @@ class NoWineTest : public testing::TestWithParam<NoWineCase> {};
 TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobodyAtOnce) {
     linkhelper::Shutdown();  // forgets the last case's failed start
     testsupport::TempDir dir;
-    const std::string prefix = GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string();
-    const std::string helper = GetParam().helper ? GetParam().helper : dir.File("missing.exe");
-    setenv("WINEPREFIX", prefix.c_str(), 1);
+    setenv("WINEPREFIX", (GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string()).c_str(), 1);
     setenv("OMBREVALE_WINE", GetParam().wine, 1);
-    setenv("OMBREVALE_LINK_EXE", helper.c_str(), 1);
+    setenv("OMBREVALE_LINK_EXE", GetParam().helper ? GetParam().helper : dir.File("missing.exe").c_str(), 1);
     const auto start = std::chrono::steady_clock::now();
     modControlWin::hWndEditorList = 4242;
     modControlWin::FindEditorList();
     std::int32_t item = 12;
     modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
-    EXPECT_EQ(modControlWin::hWndEditorList, 4242u);
     EXPECT_EQ(item, 0);
-    // Whatever answers in the helper's place, it never counts as up.
+    // Whatever answers in the helper's place never counts as up.
     for (int i = 0; i < 30; ++i, std::this_thread::sleep_for(std::chrono::milliseconds(10)))
         ASSERT_FALSE(linkhelper::Ready());
+    EXPECT_EQ(modControlWin::hWndEditorList, 4242u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Missing, NoWineTest,

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "settings/cregistry.h"
+#include "regcheck.h"
 #include "support/tempdir.h"
 
 namespace fs = std::filesystem;
@@ -29,14 +29,6 @@ std::string ReadAll(const std::string& path) {
     std::ostringstream s;
     s << in.rdbuf();
     return s.str();
-}
-
-cRegistry At(const std::string& section, const std::string& value = "") {
-    cRegistry r;
-    r.ClassKey(HKEY_CURRENT_USER_);
-    r.SectionKey(section);
-    r.ValueKey(value);
-    return r;
 }
 
 class FilePrefix : public testing::Test {
