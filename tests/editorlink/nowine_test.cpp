@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <thread>
 
 #include "editorlink/modcontrolwin.h"
@@ -15,7 +16,8 @@ struct NoWineCase {
     const char* label;
     const char* prefix;  // in a temp folder; nullptr: the temp folder itself
     const char* wine;
-    const char* helper;  // nullptr: a file that is not there
+    const char* helper;            // nullptr: a file that is not there
+    const char* script = nullptr;  // instead: this shell script
 };
 
 class NoWineTest : public testing::TestWithParam<NoWineCase> {};
@@ -25,7 +27,8 @@ TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobodyAtOnce) {
     testsupport::TempDir dir;
     setenv("WINEPREFIX", (GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string()).c_str(), 1);
     setenv("OMBREVALE_WINE", GetParam().wine, 1);
-    setenv("OMBREVALE_LINK_EXE", GetParam().helper ? GetParam().helper : dir.File("missing.exe").c_str(), 1);
+    if (GetParam().script) std::ofstream(dir.File("helper.sh")) << GetParam().script;
+    setenv("OMBREVALE_LINK_EXE", GetParam().helper ? GetParam().helper : dir.File("helper.sh").c_str(), 1);
     const auto start = std::chrono::steady_clock::now();
     modControlWin::hWndEditorList = 4242;
     modControlWin::FindEditorList();
@@ -44,7 +47,9 @@ INSTANTIATE_TEST_SUITE_P(Missing, NoWineTest,
                                          NoWineCase{"no_wine", nullptr, "/nonexistent/wine", "/bin/true"},
                                          NoWineCase{"no_helper", nullptr, "/bin/echo", nullptr},
                                          NoWineCase{"helper_dies_at_once", nullptr, "/bin/false", "/bin/true"},
-                                         NoWineCase{"helper_says_nothing_useful", nullptr, "/bin/echo", "/bin/true"}),
+                                         // Answers every request as the helper would, but is not it.
+                                         NoWineCase{"not_the_helper", nullptr, "/bin/sh", nullptr,
+                                                    "echo hello; while read l; do echo found 99; done"}),
                          [](const auto& row) { return std::string(row.param.label); });
 
 }  // namespace
