@@ -1,7 +1,10 @@
 // The Linux link when Wine, the prefix or the helper is missing: silent, and no wait.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
+#include <fstream>
+#include <thread>
 
 #include "editorlink/modcontrolwin.h"
 #include "settings/linkhelper.h"
@@ -11,28 +14,32 @@ namespace {
 
 struct NoWineCase {
     const char* label;
-    const char* prefix;  // relative to a temp folder; nullptr: a prefix that exists
+    const char* prefix;  // in a temp folder; nullptr: the temp folder itself
     const char* wine;
-    const char* helper;
+    const char* helper;            // nullptr: a file that is not there
+    const char* script = nullptr;  // instead: this shell script
 };
 
 class NoWineTest : public testing::TestWithParam<NoWineCase> {};
 
-// Each case gets a fresh process state: the helper is never started successfully here.
-TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobody) {
-    ombrevale::linkhelper::Shutdown();
+TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobodyAtOnce) {
+    ombrevale::linkhelper::Shutdown();  // forgets the last case's failed start
     testsupport::TempDir dir;
-    std::string prefix = GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string();
-    setenv("WINEPREFIX", prefix.c_str(), 1);
+    setenv("WINEPREFIX", (GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string()).c_str(), 1);
     setenv("OMBREVALE_WINE", GetParam().wine, 1);
-    std::string helper = GetParam().helper ? GetParam().helper : dir.File("missing.exe");
-    setenv("OMBREVALE_LINK_EXE", helper.c_str(), 1);
+    if (GetParam().script) std::ofstream(dir.File("helper.sh")) << GetParam().script;
+    setenv("OMBREVALE_LINK_EXE", GetParam().helper ? GetParam().helper : dir.File("helper.sh").c_str(), 1);
+    const auto start = std::chrono::steady_clock::now();
     modControlWin::hWndEditorList = 4242;
     modControlWin::FindEditorList();
-    EXPECT_EQ(modControlWin::hWndEditorList, 4242u);
     std::int32_t item = 12;
     modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(500));
     EXPECT_EQ(item, 0);
+    // Whatever answers in the helper's place never counts as up.
+    for (int i = 0; i < 30; ++i, std::this_thread::sleep_for(std::chrono::milliseconds(10)))
+        ASSERT_FALSE(ombrevale::linkhelper::Ready());
+    EXPECT_EQ(modControlWin::hWndEditorList, 4242u);
 }
 
 INSTANTIATE_TEST_SUITE_P(Missing, NoWineTest,
@@ -40,7 +47,9 @@ INSTANTIATE_TEST_SUITE_P(Missing, NoWineTest,
                                          NoWineCase{"no_wine", nullptr, "/nonexistent/wine", "/bin/true"},
                                          NoWineCase{"no_helper", nullptr, "/bin/echo", nullptr},
                                          NoWineCase{"helper_dies_at_once", nullptr, "/bin/false", "/bin/true"},
-                                         NoWineCase{"helper_says_nothing_useful", nullptr, "/bin/echo", "/bin/true"}),
+                                         // Answers every request as the helper would, but is not it.
+                                         NoWineCase{"not_the_helper", nullptr, "/bin/sh", nullptr,
+                                                    "echo hello; while read l; do echo found 99; done"}),
                          [](const auto& row) { return std::string(row.param.label); });
 
 }  // namespace

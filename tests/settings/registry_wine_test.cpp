@@ -1,20 +1,21 @@
 // cRegistry's two backends against one real Wine prefix: the Win32 calls in
-// registry-check.exe under Wine, and the user.reg reader/writer here.
+// registry-check.exe under Wine, and the user.reg reader/writer here. Each
+// must read what the other wrote, and lines put into user.reg by hand, as the
+// other does.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
-#include "settings/cregistry.h"
+#include "regcheck.h"
 #include "settings/regfile.h"
 
 namespace {
 
-const char* kWin32Key = "Software\\Ombrevale Test\\Written By Win32";
-const char* kFileKey = "Software\\Ombrevale Test\\Written By File";
+const std::string kByWin32 = "Software\\Ombrevale Test\\Written By Win32";
+const std::string kByFile = "Software\\Ombrevale Test\\Written By File";
 
 std::string Env(const char* name) {
     const char* v = std::getenv(name);
@@ -31,55 +32,19 @@ std::string ReadFile(const std::string& path) {
 // Wine's server holds the registry in memory and writes user.reg when it stops.
 void StopWineServer() { ASSERT_EQ(std::system("wineserver -w"), 0); }
 
-std::vector<std::string> RunCheck(const std::string& args) {
-    std::vector<std::string> lines;
-    std::string cmd = "wine '" + Env("OMBREVALE_REGISTRY_CHECK_EXE") + "' " + args + " 2>/dev/null";
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p) return lines;
-    char buf[4096];
-    while (std::fgets(buf, sizeof buf, p)) {
-        std::string l(buf);
-        while (!l.empty() && (l.back() == '\n' || l.back() == '\r')) l.pop_back();
-        lines.push_back(l);
-    }
-    pclose(p);
-    return lines;
-}
-
-std::string Hex(const std::string& s) {
-    std::string out;
-    char b[4];
-    for (char c : s) {
-        std::snprintf(b, sizeof b, "%02x", static_cast<unsigned>(static_cast<unsigned char>(c)));
-        out += b;
-    }
-    return out.empty() ? "-" : out;
-}
-
-cRegistry At(const std::string& key, const std::string& name = "") {
-    cRegistry r;
-    r.ClassKey(HKEY_CURRENT_USER_);
-    r.SectionKey(key);
-    r.ValueKey(name);
-    return r;
-}
-
 class WinePrefix : public testing::Test {
 protected:
     void SetUp() override {
-        std::error_code ec;
-        ASSERT_TRUE(std::filesystem::exists(Env("WINEPREFIX") + "/user.reg", ec)) << "no Wine prefix";
-        ASSERT_TRUE(std::filesystem::exists(Env("OMBREVALE_REGISTRY_CHECK_EXE"), ec))
+        ASSERT_TRUE(std::filesystem::exists(Env("WINEPREFIX") + "/user.reg")) << "no Wine prefix";
+        ASSERT_TRUE(std::filesystem::exists(Env("OMBREVALE_REGISTRY_CHECK_EXE")))
             << "registry-check.exe was not built (is mingw-w64 installed?)";
-        ASSERT_EQ(std::system("command -v wine >/dev/null"), 0) << "wine is not installed";
         StopWineServer();
     }
-    std::string UserReg() const { return Env("WINEPREFIX") + "/user.reg"; }
 };
 
 TEST_F(WinePrefix, WinesOwnFilesParseInFullAndWriteBackUnchanged) {
     for (const char* name : {"/user.reg", "/system.reg"}) {
-        std::string text = ReadFile(Env("WINEPREFIX") + name);
+        const std::string text = ReadFile(Env("WINEPREFIX") + name);
         ombrevale::regfile::File f;
         f.Parse(text);
         EXPECT_TRUE(f.Complete()) << name << ": " << f.Problem();
@@ -93,98 +58,73 @@ TEST_F(WinePrefix, WinesOwnFilesParseInFullAndWriteBackUnchanged) {
     }
 }
 
-struct Expect {
+struct Row {
     const char* name;
+    std::int32_t type;  // as written
     RegValue value;
-    std::int32_t type;
+    std::int32_t readType;  // -1: nothing stored
+    RegValue read;
+    const char* line = nullptr;  // instead of a write: this line in user.reg
 };
 
-TEST_F(WinePrefix, FileBackendReadsWhatWin32Wrote) {
-    auto created = RunCheck(std::string("write '") + kWin32Key + "'");
-    ASSERT_EQ(created, std::vector<std::string>{"created 1 1"});
+TEST_F(WinePrefix, EachBackendReadsWhatTheOtherWrote) {
+    using Bytes = std::vector<std::uint8_t>;
+    const std::string dir = Env("OMBREVALE_CHECK_DIR");
+    const Row rows[] = {
+        {"Sz", REG_SZ_, std::string("C:\\GTA2\\data\\wil.sty"), REG_SZ_, std::string("C:\\GTA2\\data\\wil.sty")},
+        {"Empty", REG_SZ_, std::string(), REG_SZ_, std::string()},
+        {"Number", REG_SZ_, std::int32_t{-5}, REG_SZ_, std::string("-5")},
+        // Unknown names stay as written.
+        {"Exp", REG_SZ_, std::string("%OMBREVALE_CHECK_DIR%\\x %UNSET_OMBREVALE% 5%"), REG_EXPAND_SZ_,
+         dir + "\\x %UNSET_OMBREVALE% 5%"},
+        {"Near", REG_SZ_, std::string("%Q%"), REG_EXPAND_SZ_, std::string("%Q%")},
+        {"Plain", REG_EXPAND_SZ_, std::string("5%%"), REG_SZ_, std::string("5%%")},
+        {"Dw", REG_DWORD_, std::int32_t{-2}, REG_DWORD_, std::int32_t{-2}},
+        {"Big", REG_DWORD_BIG_ENDIAN_, std::int32_t{0x01020304}, REG_DWORD_, std::int32_t{0x01020304}},
+        {"Bin", REG_BINARY_, Bytes{1, 0xff, 0}, REG_BINARY_, Bytes{1, 0xff, 0}},
+        {"DwText", REG_DWORD_, std::string("2"), -1, {}},
+        {"BinText", REG_BINARY_, std::string("x"), -1, {}},
+        {"MultiText", REG_MULTI_SZ_, std::string("x"), -1, {}},
+        {"Swapped", 0, {}, REG_DWORD_BIG_ENDIAN_, std::int32_t{0x01020304}, R"("Swapped"=hex(5):01,02,03,04)"},
+        {"Multi", 0, {}, REG_MULTI_SZ_, std::string("a\0b\0", 4), R"("Multi"=hex(7):61,00,00,00,62,00,00,00,00,00)"},
+        {"Zero", 0, {}, REG_SZ_, std::string(), R"("Zero"=hex(1):)"},
+        {"Odd", 0, {}, 8, Bytes{7}, R"("Odd"=hex(8):07)"},
+    };
+    // Earlier runs left these behind. The file backend's key is made last, so
+    // that lines added at the end of user.reg land in it.
+    for (const std::string& key : {kByWin32 + "\\Beta", kByWin32 + "\\alpha", kByWin32, kByFile + "\\Sub", kByFile})
+        At(key).DeleteKey();
+    ASSERT_TRUE(At(kByFile + "\\Sub").CreateKey());
+    const std::string out = Env("WINEPREFIX") + "/registry-check.out";
+    std::string command = "wine '" + Env("OMBREVALE_REGISTRY_CHECK_EXE") + "' '" + kByWin32 + "' '" + kByFile + "'";
+    for (const Row& row : rows) {
+        cRegistry r = At(kByFile, row.name);
+        r.ValueType(row.type);
+        r.Value(row.value);
+        if (row.line) std::ofstream(Env("WINEPREFIX") + "/user.reg", std::ios::app) << row.line << "\n";
+        command += std::string(" ") + row.name + " '" + ombrevale::regwire::ValueAnswer(true, row.type, row.value) + "'";
+    }
+    ASSERT_EQ(std::system((command + " >'" + out + "' 2>/dev/null").c_str()), 0) << command;
     StopWineServer();
-    std::vector<Expect> rows = {
-        {"Sz", std::string("C:\\GTA2\\data\\wil.sty"), REG_SZ_},
-        {"sz", std::string("C:\\GTA2\\data\\wil.sty"), REG_SZ_},
-        {"Exp", Env("OMBREVALE_CHECK_DIR") + "\\x", REG_EXPAND_SZ_},
-        {"Dw", std::int32_t{-2}, REG_DWORD_},
-        {"Big", std::int32_t{0x01020304}, REG_DWORD_},  // written as a plain DWORD, unswapped
-        {"Bin", std::vector<std::uint8_t>{1, 2, 0xff, 0}, REG_BINARY_},
-        {"Skipped", RegValue{}, 99},
-    };
-    for (const auto& row : rows) {
-        cRegistry r = At(kWin32Key, row.name);
-        r.ValueType(99);
-        EXPECT_EQ(r.Value(), row.value) << row.name;
-        EXPECT_EQ(r.ValueType(), row.type) << row.name;
+    std::vector<std::string> win32;
+    std::istringstream lines(ReadFile(out));
+    for (std::string l; std::getline(lines, l);) win32.push_back(l.substr(0, l.find('\r')));
+    ASSERT_EQ(win32.size(), std::size(rows) + 4) << command;
+
+    for (std::size_t i = 0; i < std::size(rows); ++i) {
+        const Row& row = rows[i];
+        const std::string expected = ombrevale::regwire::ValueAnswer(row.readType != -1, row.readType, row.read);
+        EXPECT_EQ(win32[i], expected) << "Win32 read " << row.name;
+        EXPECT_EQ(Answer(kByFile, row.name), expected) << "file read " << row.name;
+        EXPECT_EQ(Answer(kByWin32, row.name), row.line ? "none" : expected) << "file read of Win32's " << row.name;
     }
-    std::vector<std::string> names;
-    std::int32_t count = 0;
-    EXPECT_TRUE(At(kWin32Key).EnumerateSections(names, count));
-    EXPECT_EQ(names, (std::vector<std::string>{"", "alpha", "Beta"}));
-    EXPECT_EQ(count, 2);
-}
-
-TEST_F(WinePrefix, Win32ReadsWhatTheFileBackendWrote) {
-    // Values no cRegistry write makes (big-endian, multi-string) go in through the file format itself.
-    {
-        cRegistry make = At(kFileKey);
-        ASSERT_TRUE(make.CreateKey());
-        ombrevale::regfile::File f;
-        f.Parse(ReadFile(UserReg()));
-        ombrevale::regfile::Key* key = f.FindKey(ombrevale::regfile::Widen(kFileKey));
-        ASSERT_NE(key, nullptr);
-        ombrevale::regfile::Value big, multi;
-        big.name = u"Big";
-        big.type = 5;
-        big.data = {1, 2, 3, 4};
-        multi.name = u"Multi";
-        multi.type = 7;
-        multi.data = {'a', 0, 0, 0, 'b', 0, 'c', 0, 0, 0, 0, 0};
-        ombrevale::regfile::File::SetValue(*key, big, 1700000000);
-        ombrevale::regfile::File::SetValue(*key, multi, 1700000000);
-        std::string text;
-        ASSERT_TRUE(f.Serialize(text));
-        std::ofstream(UserReg(), std::ios::binary) << text;
-    }
-    auto write = [](const char* name, std::int32_t type, const RegValue& v) {
-        cRegistry r = At(kFileKey, name);
-        r.ValueType(type);
-        r.Value(v);
-    };
-    write("Sz", REG_SZ_, std::string("C:\\GTA2\\data\\wil.sty"));
-    write("Exp", REG_EXPAND_SZ_, std::string("%OMBREVALE_CHECK_DIR%\\x"));
-    write("Plain", REG_EXPAND_SZ_, std::string("50%"));
-    write("Dw", REG_DWORD_, std::int32_t{-2});
-    write("Bin", REG_BINARY_, std::vector<std::uint8_t>{0xde, 0xad});
-    write("Empty", REG_SZ_, std::string());
-    write("Gone", REG_SZ_, std::string("x"));
-    ASSERT_TRUE(At(kFileKey, "gone").DeleteValue());
-    ASSERT_TRUE(At(std::string(kFileKey) + "\\Sub").CreateKey());
-
-    auto lines = RunCheck(std::string("read '") + kFileKey + "' Sz Exp Plain Dw Big Bin Multi Empty Gone");
-    std::vector<std::string> expected = {
-        "Sz 1 text " + Hex("C:\\GTA2\\data\\wil.sty"),
-        "Exp 2 text " + Hex(Env("OMBREVALE_CHECK_DIR") + "\\x"),
-        "Plain 1 text " + Hex("50%"),
-        "Dw 4 number -2",
-        "Big 5 number 16909060",  // bytes 01 02 03 04 swapped: 0x01020304
-        "Bin 3 bytes dead",
-        "Multi 7 text " + Hex(std::string("a\0bc\0", 5)),
-        "Empty 1 text -",
-        "Gone 99 none -",
-    };
-    EXPECT_EQ(lines, expected);
-
-    auto listed = RunCheck(std::string("enum '") + kFileKey + "'");
-    ASSERT_EQ(listed.size(), 2u);
-    EXPECT_EQ(listed[0], "values 1 8 0= 1=Big 2=Bin 3=Dw 4=Empty 5=Exp 6=Multi 7=Plain 8=Sz");
-    EXPECT_EQ(listed[1], "sections 1 1 0= 1=Sub");
-    EXPECT_EQ(RunCheck("read 'Software\\Ombrevale Test\\Nowhere' Sz"), std::vector<std::string>{"Sz 99 none -"});
-    EXPECT_EQ(RunCheck("enum 'Software\\Ombrevale Test\\Nowhere'"),
-              (std::vector<std::string>{"values 1 0", "sections 1 0"}));
-    EXPECT_EQ(RunCheck(std::string("delete '") + kFileKey + "' Bin"),
-              (std::vector<std::string>{"deletevalue 1", "deletekey 0"}));
+    // Both list the same names, 1-based and in Wine's order.
+    EXPECT_EQ(Listing(kByWin32, false), win32[std::size(rows)]);
+    EXPECT_EQ(Listing(kByWin32, true), win32[std::size(rows) + 1]);
+    EXPECT_EQ(Listing(kByFile, false), win32[std::size(rows) + 2]);
+    EXPECT_EQ(Listing(kByFile, true), win32[std::size(rows) + 3]);
+    EXPECT_EQ(win32[std::size(rows) + 1], "sections 1 2 [] [alpha] [Beta]");
+    EXPECT_EQ(win32[std::size(rows) + 2].substr(0, 31), "values 1 13 [] [Big] [Bin] [Dw]");
 }
 
 }  // namespace

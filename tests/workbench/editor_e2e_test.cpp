@@ -3,17 +3,13 @@
 // the window as the platform would (the widget under the point takes it),
 // that selects the row before it in the editor stand-in running under Wine and
 // clicks that row's top-left corner; Refresh reading the registry live.
+#include <QProcess>
 #include <QScrollBar>
 #include <QWindow>
 #include <QtTest>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
 #include <fstream>
 #include <memory>
 #include <optional>
-#include <sstream>
-#include <thread>
 
 #include "editorlink/modcontrolwin.h"
 #include "settings/linkhelper.h"
@@ -28,23 +24,24 @@ namespace {
 
 constexpr int kTiles = 600;
 constexpr int kCell = 64;
-using Clock = std::chrono::steady_clock;
 
-double Ms(Clock::duration d) { return std::chrono::duration<double, std::milli>(d).count(); }
+int Run(const QString& program, const QStringList& args) {
+    QProcess p;
+    p.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    p.setStandardOutputFile(QProcess::nullDevice());
+    p.start(program, args);
+    return p.waitForFinished(60000) && p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+}
 
 // Sets the editor's style setting the way the editor would, through Wine's own registry.
 bool SetEditorStyle(const std::string& unixPath) {
-    std::string windowsPath = "Z:" + unixPath;
-    for (char& c : windowsPath)
-        if (c == '/') c = '\\';
-    const std::string cmd =
-        "wine reg add 'HKCU\\Software\\DMA Design LTd\\Gta2 Editor\\App Defaults' /v 'App Style File' /d '" +
-        windowsPath + "' /f >/dev/null 2>&1";
-    return std::system(cmd.c_str()) == 0;
+    const QString windowsPath = "Z:" + QString::fromStdString(unixPath).replace('/', '\\');
+    return Run("wine", {"reg", "add", "HKCU\\Software\\DMA Design LTd\\Gta2 Editor\\App Defaults", "/v",
+                        "App Style File", "/d", windowsPath, "/f"}) == 0;
 }
 
 std::string UserReg() {
-    std::ifstream in(std::string(std::getenv("WINEPREFIX")) + "/user.reg");
+    std::ifstream in(std::string(qgetenv("WINEPREFIX").constData()) + "/user.reg");
     return std::string(std::istreambuf_iterator<char>(in), {});
 }
 
@@ -58,28 +55,13 @@ private:
     std::unique_ptr<standin::StandIn> editor_;
     std::unique_ptr<frmSTY2> window_;
 
-    // A point of tile t's cell, in window coordinates, where the sheet itself
-    // takes the click (not the scroll bar, the caption or outside the view).
+    // The middle of tile t's cell in window coordinates, if the sheet itself
+    // takes a click there (not the scroll bar, the caption or outside the view).
     std::optional<QPoint> VisiblePointOf(int t) const {
         const int cols = window_->Cols();
-        const QPoint cell((t % cols) * kCell, (t / cols) * kCell);
-        for (QPoint inside : {QPoint(32, 32), QPoint(16, 16), QPoint(48, 16), QPoint(16, 48), QPoint(48, 48)}) {
-            const QPoint p = window_->picMain->mapTo(window_.get(), cell + inside);
-            if (window_->rect().contains(p) && window_->childAt(p) == window_->picMain) return p;
-        }
+        const QPoint p = window_->picMain->mapTo(window_.get(), QPoint(t % cols, t / cols) * kCell + QPoint(32, 32));
+        if (window_->rect().contains(p) && window_->childAt(p) == window_->picMain) return p;
         return std::nullopt;
-    }
-
-    // StandIn::WaitFor, polled finer: the wait is what the timing measures.
-    bool WaitForRelease(std::size_t from, int timeoutMs) const {
-        const auto deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
-        do {
-            const auto lines = editor_->Lines();
-            for (std::size_t i = from; i < lines.size(); ++i)
-                if (lines[i].rfind("lbuttonup", 0) == 0) return true;
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        } while (Clock::now() < deadline);
-        return false;
     }
 
 private slots:
@@ -94,14 +76,14 @@ private slots:
     void coldStartDrawsTheSheetBeforeTheHelperAnswers() {
         // No Wine server runs in the prefix: the helper's start boots it.
         ombrevale::linkhelper::Shutdown();
-        QCOMPARE(std::system("wineserver -k >/dev/null 2>&1; wineserver -w"), 0);
+        Run("wineserver", {"-k"});
+        QCOMPARE(Run("wineserver", {"-w"}), 0);
         // As the program starts: the helper, progress window hooks, the style from the command line, shown.
         modControlWin::StartEditorLink();
         modGTA2::InstallAsDocumentHooks();
         window_ = std::make_unique<frmSTY2>(dir_->File("e2e.sty"));
         window_->show();
         QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
-        QCOMPARE(window_->Cols(), 9);
         QCOMPARE(window_->picMain->height(), (kTiles / 9 + 1) * kCell);
         QVERIFY2(!ombrevale::linkhelper::Ready(), "the helper was up before the sheet was shown");
         QTRY_VERIFY_WITH_TIMEOUT(ombrevale::linkhelper::Ready(), 30000);
@@ -115,7 +97,6 @@ private slots:
         QTest::addColumn<bool>("scrolls");
         QTest::newRow("tile 0") << 0 << 0 << false;
         QTest::newRow("tile 1") << 1 << 0 << false;
-        QTest::newRow("tile 2") << 2 << 1 << false;
         QTest::newRow("tile 500, below the first screen") << 500 << 499 << true;
     }
     void clickHandsTileToEditor() {
@@ -138,40 +119,26 @@ private slots:
         QCOMPARE(pages > 0, scrolls);
 
         const std::size_t from = editor_->Lines().size();
-        QTest::mousePress(handle, Qt::LeftButton, {}, *at);
-        const auto released = Clock::now();
-        QTest::mouseRelease(handle, Qt::LeftButton, {}, *at);
-        const auto handled = Clock::now();
-        const bool seen = WaitForRelease(from, 5000);
-        const auto logged = Clock::now();
-        QVERIFY2(seen, "the stand-in logged no release");
-        std::printf(
-            "tile %d (Page Down x%d): release handled after %.2f ms, stand-in logged its release after %.2f ms\n", tile,
-            pages, Ms(handled - released), Ms(logged - released));
-
+        QTest::mouseClick(handle, Qt::LeftButton, {}, *at);
+        QVERIFY2(editor_->WaitFor("lbuttonup", from, 5000), "the stand-in logged no release");
         QCOMPARE(window_->picMain->Tag, QString::number(tile));
         QCOMPARE(modControlWin::hWndEditorList.load(), std::uint32_t(editor_->list()));
-        auto lines = editor_->Lines();
-        lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(from));
-        QCOMPARE(lines.size(), std::size_t(4));
-        long asked = -1, selected = -1, index = -1, left = -1, top = -1, right = 0, bottom = 0;
-        QCOMPARE(std::sscanf(lines[0].c_str(), "setcursel %ld %ld", &asked, &selected), 2);
-        QCOMPARE(asked, long(row));
-        QCOMPARE(selected, long(row));
-        QCOMPARE(std::sscanf(lines[1].c_str(), "getitemrect %ld %ld %ld %ld %ld", &index, &left, &top, &right, &bottom),
-                 5);
-        QCOMPARE(index, long(row));
+        QStringList lines;
+        for (std::size_t i = from; i < editor_->Lines().size(); ++i)
+            lines << QString::fromStdString(editor_->Lines()[i]);
+        QCOMPARE(lines.size(), 4);
+        QCOMPARE(lines[0], QStringLiteral("setcursel %1 %1").arg(row));
+        const QStringList rect = lines[1].split(' ');  // getitemrect index left top right bottom
+        QCOMPARE(rect.size(), 6);
+        QCOMPARE(rect[1].toInt(), row);
+        const int top = rect[3].toInt(), bottom = rect[5].toInt();
         // The selected row is scrolled into view: its corner lies in the list's client area, on a row boundary.
-        QCOMPARE(left, 0L);
-        QVERIFY(bottom > top);
-        QVERIFY2(top >= 0 && bottom <= 360, lines[1].c_str());
-        QCOMPARE(top % (bottom - top), 0L);
-        if (row == 0) QCOMPARE(top, 0L);
-        std::ostringstream press, release;
-        press << "lbuttondown 1 " << left << " " << top << " " << row;
-        release << "lbuttonup 1 " << left << " " << top << " " << row;
-        QCOMPARE(lines[2], press.str());
-        QCOMPARE(lines[3], release.str());
+        QCOMPARE(rect[2], QStringLiteral("0"));
+        QVERIFY2(top >= 0 && bottom > top && bottom <= 360, qPrintable(lines[1]));
+        QCOMPARE(top % (bottom - top), 0);
+        if (row == 0) QCOMPARE(top, 0);
+        QCOMPARE(lines[2], QStringLiteral("lbuttondown 1 0 %1 %2").arg(top).arg(row));
+        QCOMPARE(lines[3], QStringLiteral("lbuttonup 1 0 %1 %2").arg(top).arg(row));
     }
 
     void refreshReadsTheRegistryLive() {

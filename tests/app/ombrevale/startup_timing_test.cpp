@@ -1,16 +1,13 @@
-// The window program as a process, in the start-up timing mode that
-// scripts/bench times start-up by: it opens on a style, draws its sheet,
-// reports the wall clock of the sheet's first paint and ends. Its working file
-// lives in a private folder of its own, whatever the folder it starts in.
+// The window program as a process, in the start-up timing mode scripts/bench
+// times start-up by: it opens on a style, draws its sheet, reports the wall
+// clock of the sheet's first paint and ends. Its working file lives in a
+// private folder of its own, whatever the folder it starts in.
 #include <gtest/gtest.h>
-#include <sys/stat.h>
 
+#include <QProcess>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
-#include <string>
 
-#include "../cli/runprogram.h"
 #include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
@@ -34,24 +31,29 @@ TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
     if (GetParam() == Folder::LinkNamedTempBmp) fs::create_symlink(target, start.path() / "temp.bmp");
     // A folder in its place: not even root can write the file there.
     if (GetParam() == Folder::TempBmpCannotBeWritten) fs::create_directory(start.path() / "temp.bmp");
-    fs::copy_file(clitest::kSample, start.path() / "style.sty");
-    testsupport::ScopedCurrentDir cwd(start.path());
-    setenv("XDG_RUNTIME_DIR", runtime.path().c_str(), 1);
+    fs::copy_file(OMBREVALE_SAMPLE, start.path() / "style.sty");
+    QProcess app;
+    app.setWorkingDirectory(QString::fromStdString(start.path().string()));
+    auto env = QProcessEnvironment::systemEnvironment();
+    env.insert("XDG_RUNTIME_DIR", QString::fromStdString(runtime.path().string()));
+    app.setProcessEnvironment(env);
     const long long before = WallNs();
-    const auto r = clitest::Run(OMBREVALE_WINDOW, {"style.sty"});  // named from the start folder
+    app.start(OMBREVALE_WINDOW, {"style.sty"});  // named from the start folder
+    ASSERT_TRUE(app.waitForFinished(50000));
     const long long after = WallNs();
-    unsetenv("XDG_RUNTIME_DIR");
-    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QString err = QString::fromLocal8Bit(app.readAllStandardError());
+    ASSERT_EQ(app.exitStatus(), QProcess::NormalExit) << err.toStdString();
+    ASSERT_EQ(app.exitCode(), 0) << err.toStdString();
     long long painted = -1;
     int timings = 0;
-    for (const auto& line : r.ErrLines()) {
-        if (line.rfind("first paint at ", 0) == 0) painted = std::stoll(line.substr(15));
-        if (line.rfind("start to sheet shown: ", 0) == 0) ++timings;
+    for (const QString& line : err.split('\n')) {
+        if (line.startsWith("first paint at ")) painted = line.mid(15).toLongLong();
+        timings += line.startsWith("start to sheet shown: ");
     }
-    EXPECT_EQ(timings, 1) << r.err;
-    EXPECT_GE(painted, before) << r.err;
-    EXPECT_LE(painted, after) << r.err;
-    EXPECT_NE(r.err.find("tiles drawn 992 of 992"), std::string::npos) << r.err;
+    EXPECT_EQ(timings, 1) << err.toStdString();
+    EXPECT_GE(painted, before) << err.toStdString();
+    EXPECT_LE(painted, after) << err.toStdString();
+    EXPECT_TRUE(err.contains("tiles drawn 992 of 992")) << err.toStdString();
     // Nothing written where the program started or through the link; the private folder is gone.
     EXPECT_EQ(ombrevale::stylewriter::ReadFile(target), ombrevale::stylewriter::Text("keep me"));
     EXPECT_EQ(fs::exists(start.path() / "temp.bmp"), GetParam() != Folder::Plain);
