@@ -604,8 +604,6 @@ private slots:
                                              .Add("RECY", {1, 2, 255})
                                              .AddWithSize("PPAL", 1 << 20, testsupport::Bytes(64, 1))
                                              .bytes());
-        QTest::newRow("wrong magic") << Of(testsupport::StyleBytes("GBSX").Add("RECY", {1, 255}).bytes());
-        QTest::newRow("empty") << QByteArray();
     }
     void openRefusedKeepsTheStyle() {
         QFETCH(QByteArray, file);
