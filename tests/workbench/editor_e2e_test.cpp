@@ -96,7 +96,6 @@ private slots:
         QTest::addColumn<int>("row");  // the editor's list starts one tile later; tile 0 also gets row 0
         QTest::addColumn<bool>("scrolls");
         QTest::newRow("tile 0") << 0 << 0 << false;
-        QTest::newRow("tile 1") << 1 << 0 << false;
         QTest::newRow("tile 500, below the first screen") << 500 << 499 << true;
     }
     void clickHandsTileToEditor() {

@@ -7,7 +7,6 @@
 
 namespace wbtest {
 
-using namespace testsupport;
 using namespace ombrevale::stylewriter;
 
 int TileByte(int t, int x, int y) {

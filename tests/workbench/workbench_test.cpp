@@ -324,6 +324,7 @@ private slots:
         tick.start(0);
         for (int s = 3; s <= max; ++s) modGTA2::ProgressStep(s, "Stepping...");
         QCOMPARE(ran, max >= 3);
+        QCOMPARE(f->l->text(), max >= 3 ? QStringLiteral("Stepping...") : QStringLiteral("Start..."));
         QCOMPARE(f->pbar->minimum(), 0);
         QCOMPARE(f->pbar->maximum(), barMax);
         QCOMPARE(f->pbar->value(), value);
