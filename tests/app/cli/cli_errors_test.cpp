@@ -1,132 +1,161 @@
-// Wrong arguments give exit 2 and the usage line; bad style files exit 1 with
-// one line naming the file, and leave no output behind.
+// How ombrevale-cli fails: wrong words exit 2 with the usage; a bad style, a
+// number out of range or an output it cannot write exit 1 with one line naming
+// the file; and nothing is left behind.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "runprogram.h"
+#include "cliprocess.h"
 #include "stylewriter/stylewriter.h"
-#include "support/tempdir.h"
+
+namespace fs = std::filesystem;
+namespace sw = ombrevale::stylewriter;
+using namespace ombrevale::clitest;
 
 namespace {
 
-using ombrevale::stylewriter::Bytes;
-
-struct UsageCase {
+struct Case {
     const char* name;
     std::vector<std::string> args;
+    const char* says = "";  // in the one line; for a bad style, the bytes' maker
 };
 
-class CliUsage : public ::testing::TestWithParam<UsageCase> {};
+class CliUsage : public ::testing::TestWithParam<Case> {};
 
-TEST_P(CliUsage, ExitsTwoWithTheUsageLineAndTouchesNothing) {
+TEST_P(CliUsage, ExitsTwoWithTheUsageLineAndWritesNothing) {
     testsupport::TempDir dir;
-    std::vector<std::string> args = GetParam().args;
-    for (auto& a : args)
-        if (a == "STYLE")
-            a = clitest::kSample;
-        else if (a.rfind("OUT", 0) == 0)
-            a = dir.File(a);
-    const auto r = clitest::RunCli(args);
+    const auto r = RunCli(Place(GetParam().args, kSample, dir));
     EXPECT_EQ(r.exitCode, 2);
-    EXPECT_TRUE(r.out.empty());
     const auto lines = r.ErrLines();
     ASSERT_EQ(lines.size(), 2u) << r.err;
-    EXPECT_EQ(lines[0].rfind("ombrevale-cli: ", 0), 0u);
     EXPECT_EQ(lines[1].rfind("usage: ombrevale-cli ", 0), 0u);
-    EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
+    EXPECT_TRUE(r.out.empty() && fs::is_empty(dir.path()));
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Arguments, CliUsage,
-    ::testing::Values(UsageCase{"NoCommand", {}}, UsageCase{"UnknownCommand", {"show", "STYLE"}},
-                      UsageCase{"InfoWithoutStyle", {"info"}}, UsageCase{"InfoTwoStyles", {"info", "STYLE", "STYLE"}},
-                      UsageCase{"SaveWithoutOut", {"save", "STYLE"}},
-                      UsageCase{"TileNumberNotDecimal", {"tile", "STYLE", "0x10", "OUT.bmp"}},
-                      UsageCase{"TileNumberEmpty", {"tile", "STYLE", "", "OUT.bmp"}},
-                      UsageCase{"TileTakesNoPal", {"tile", "STYLE", "1", "OUT.bmp", "--pal", "2"}},
-                      UsageCase{"SpritePalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
-                      UsageCase{"SpritePalTwice", {"sprite", "STYLE", "1", "OUT.bmp", "--pal", "1", "--pal", "2"}},
-                      UsageCase{"SpritePalNotANumber", {"sprite", "STYLE", "1", "OUT.bmp", "--pal", "red"}},
-                      UsageCase{"DeltaMissingNumber", {"delta", "STYLE", "1", "OUT.bmp"}},
-                      UsageCase{"ImportPaletteMissingOut", {"import-palette", "STYLE", "0", "x.pal"}},
-                      UsageCase{"ExportUnknownOption", {"export", "STYLE", "OUTDIR", "--jpeg"}},
-                      UsageCase{"SheetColumnsNotANumber", {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
-                      UsageCase{"SheetTakesNoPng", {"sheet", "STYLE", "OUT.png", "--png"}}),
+    Words, CliUsage,
+    ::testing::Values(Case{"NoCommand", {}}, Case{"UnknownCommand", {"show", "STYLE"}},
+                      Case{"InfoTwoStyles", {"info", "STYLE", "STYLE"}}, Case{"SaveWithoutOut", {"save", "STYLE"}},
+                      Case{"NumberNotDecimal", {"tile", "STYLE", "0x10", "OUT.bmp"}},
+                      Case{"NumberEmpty", {"tile", "STYLE", "", "OUT.bmp"}},
+                      Case{"TileTakesNoPal", {"tile", "STYLE", "1", "OUT.bmp", "--pal", "2"}},
+                      Case{"PalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
+                      Case{"PalTwice", {"sprite", "STYLE", "1", "OUT.bmp", "--pal", "1", "--pal", "2"}},
+                      Case{"DeltaMissingNumber", {"delta", "STYLE", "1", "OUT.bmp"}},
+                      Case{"ExportUnknownOption", {"export", "STYLE", "OUTDIR", "--jpeg"}},
+                      Case{"ColumnsNotANumber", {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
+                      Case{"SheetTakesNoPng", {"sheet", "STYLE", "OUT.png", "--png"}}),
     [](const auto& row) { return std::string(row.param.name); });
 
-// Bad style files, each written into the test's folder.
-struct BadFile {
-    const char* name;
-    bool create;
-    Bytes (*bytes)();
-};
-
-Bytes Sample() { return ombrevale::stylewriter::ReadFile(clitest::kSample); }
-Bytes Empty() { return {}; }
-Bytes WrongMagic() {
-    Bytes b = Sample();
-    b[3] = 'X';
-    return b;
-}
-Bytes LowerCaseMagic() {
-    Bytes b = Sample();
-    for (int i = 0; i < 4; ++i)
-        b[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(b[static_cast<std::size_t>(i)] | 0x20);
-    return b;
-}
-Bytes MagicOnly() { return ombrevale::stylewriter::Text("GBST"); }
-Bytes CutInsideTiles() {
-    Bytes b = Sample();
-    b.resize(100);
-    return b;
-}
-Bytes CutInsideSprites() {
-    Bytes b = Sample();
-    b.resize(b.size() - 400000);
-    return b;
-}
-Bytes CutInsideSectionHead() {
-    return ombrevale::stylewriter::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C', 'Y', 1}).bytes();
-}
-Bytes NegativeSize() { return ombrevale::stylewriter::StyleBytes().AddWithSize("ZZZZ", -8, {}).bytes(); }
-Bytes HugeTileCount() { return ombrevale::stylewriter::StyleBytes().AddWithSize("TILE", 0x7FFFF000, Bytes(16384, 1)).bytes(); }
-
-class CliBadStyle : public ::testing::TestWithParam<std::tuple<BadFile, std::string>> {};
-
-TEST_P(CliBadStyle, ExitsOneWithOneLineNamingTheFileAndWritesNothing) {
-    const auto& [bad, command] = GetParam();
-    testsupport::TempDir dir;
-    const std::string style = dir.File("bad.sty");
-    if (bad.create) ombrevale::stylewriter::WriteFile(style, bad.bytes());
-    const std::string out = dir.File("out.sty");
-    std::vector<std::string> args = {command, style};
-    if (command == "save") args.push_back(out);
-    const auto r = clitest::RunCli(args);
+// One line that starts with the file it is about, exit 1, no other file made.
+void ExpectOneLineAbout(const RunResult& r, const std::string& file, const std::string& says,
+                        const testsupport::TempDir& dir, std::size_t filesBefore) {
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_TRUE(r.out.empty()) << r.out;
     const auto lines = r.ErrLines();
     ASSERT_EQ(lines.size(), 1u) << r.err;
-    const std::string lead = "ombrevale-cli: " + style + ": ";
-    EXPECT_EQ(lines[0].rfind(lead, 0), 0u) << lines[0];
-    EXPECT_GT(lines[0].size(), lead.size() + 5);
-    EXPECT_FALSE(std::filesystem::exists(out));
-    EXPECT_FALSE(std::filesystem::exists(out + ".bak"));
-    EXPECT_FALSE(std::filesystem::exists(out + ".part"));
+    EXPECT_EQ(lines[0].rfind("ombrevale-cli: " + file + ": ", 0), 0u) << lines[0];
+    EXPECT_NE(lines[0].find(says), std::string::npos) << lines[0];
+    EXPECT_EQ(static_cast<std::size_t>(std::distance(fs::directory_iterator(dir.path()), fs::directory_iterator())),
+              filesBefore);
+}
+
+class CliOutOfRange : public ::testing::TestWithParam<Case> {};
+
+TEST_P(CliOutOfRange, NamesTheValidRange) {
+    testsupport::TempDir dir;
+    const std::string pal = dir.File("good.pal");
+    std::string text = "JASC-PAL\r\n0100\r\n256\r\n";
+    for (int i = 0; i < 256; ++i) text += "1 2 3\r\n";
+    sw::WriteFile(pal, sw::Text(text));
+    ExpectOneLineAbout(RunCli(Place(GetParam().args, kSample, dir, pal)), kSample, GetParam().says, dir, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Files, CliBadStyle,
-    ::testing::Combine(::testing::Values(BadFile{"Missing", false, Empty}, BadFile{"Empty", true, Empty},
-                                         BadFile{"WrongMagic", true, WrongMagic},
-                                         BadFile{"LowerCaseMagic", true, LowerCaseMagic},
-                                         BadFile{"MagicWithoutVersion", true, MagicOnly},
-                                         BadFile{"CutInsideTiles", true, CutInsideTiles},
-                                         BadFile{"CutInsideSprites", true, CutInsideSprites},
-                                         BadFile{"CutInsideSectionHead", true, CutInsideSectionHead},
-                                         BadFile{"NegativeSectionSize", true, NegativeSize},
-                                         BadFile{"TileCountBeyondTheModel", true, HugeTileCount}),
-                       ::testing::Values("info", "save")),
-    [](const auto& row) { return std::string(std::get<0>(row.param).name) + "_" + std::get<1>(row.param); });
+    Numbers, CliOutOfRange,
+    ::testing::Values(Case{"TilePastTheEnd", {"tile", "STYLE", "992", "OUT.bmp"}, "tile 992 is out of range (0..991)"},
+                      Case{"TileNegative", {"tile", "STYLE", "-1", "OUT.bmp"}, "(0..991)"},
+                      Case{"SpritePastTheEnd", {"sprite", "STYLE", "1816", "OUT.bmp"}, "(0..1815)"},
+                      Case{"SpritePalette", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "192"}, "(-1..191)"},
+                      Case{"PaletteBelowOwn", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "-2"}, "(-1..191)"},
+                      Case{"SpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
+                      Case{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
+                      Case{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
+                      Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+sw::Bytes Sample() { return sw::ReadFile(kSample); }
+sw::Bytes Cut(std::size_t keep) {
+    sw::Bytes b = Sample();
+    b.resize(keep);
+    return b;
+}
+
+struct BadStyle {
+    const char* name;
+    sw::Bytes (*bytes)();  // null: no file at all
+};
+
+const BadStyle kBadStyles[] = {
+    {"Missing", nullptr},
+    {"Empty", [] { return sw::Bytes{}; }},
+    {"WrongMagic",
+     [] {
+         return sw::Cat({sw::Text("GBSX"), sw::Bytes(Sample().begin() + 4, Sample().end())});
+     }},
+    {"CutInsideTiles", [] { return Cut(100); }},
+    {"CutInsideSprites", [] { return Cut(Sample().size() - 400000); }},
+    {"CutInsideSectionHead",
+     [] {
+         return sw::StyleBytes().Add("OBJI", {1, 2}).Raw({'R', 'E', 'C', 'Y', 1}).bytes();
+     }},
+    {"NegativeSectionSize", [] { return sw::StyleBytes().AddWithSize("ZZZZ", -8, {}).bytes(); }},
+    {"TileCountBeyondTheModel",
+     [] { return sw::StyleBytes().AddWithSize("TILE", 0x7FFFF000, sw::Bytes(16384, 1)).bytes(); }},
+};
+
+class CliBadStyle : public ::testing::TestWithParam<std::tuple<BadStyle, std::vector<std::string>>> {};
+
+TEST_P(CliBadStyle, NamesTheStyle) {
+    const auto& [bad, args] = GetParam();
+    testsupport::TempDir dir;
+    const std::string style = dir.File("bad.sty");
+    if (bad.bytes) sw::WriteFile(style, bad.bytes());
+    ExpectOneLineAbout(RunCli(Place(args, style, dir)), style, "", dir, bad.bytes ? 1 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, CliBadStyle,
+                         ::testing::Combine(::testing::ValuesIn(kBadStyles),
+                                            ::testing::Values(std::vector<std::string>{"info", "STYLE"},
+                                                              std::vector<std::string>{"save", "STYLE", "OUT.sty"})),
+                         [](const auto& row) {
+                             return std::string(std::get<0>(row.param).name) + "_" + std::get<1>(row.param)[0];
+                         });
+
+INSTANTIATE_TEST_SUITE_P(Pictures, CliBadStyle,
+                         ::testing::Combine(::testing::Values(kBadStyles[4]),
+                                            ::testing::Values(std::vector<std::string>{"tile", "STYLE", "0", "OUT.bmp"},
+                                                              std::vector<std::string>{"delta", "STYLE", "0", "0",
+                                                                                       "OUT.bmp"},
+                                                              std::vector<std::string>{"export", "STYLE", "OUTDIR"},
+                                                              std::vector<std::string>{"sheet", "STYLE", "OUT.png"})),
+                         [](const auto& row) { return std::get<1>(row.param)[0]; });
+
+class CliUnwritableOutput : public ::testing::TestWithParam<std::vector<std::string>> {};
+
+TEST_P(CliUnwritableOutput, NamesTheOutput) {
+    testsupport::TempDir dir;
+    const std::string missing = dir.File("no-such-folder/out");
+    std::vector<std::string> args = GetParam();
+    for (auto& a : args) a = a == "STYLE" ? kSample : a == "OUT" ? missing : a;
+    ExpectOneLineAbout(RunCli(args), missing, "", dir, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, CliUnwritableOutput,
+                         ::testing::Values(std::vector<std::string>{"tile", "STYLE", "0", "OUT"},
+                                           std::vector<std::string>{"sprite", "STYLE", "0", "OUT", "--pal", "3"},
+                                           std::vector<std::string>{"delta", "STYLE", "0", "0", "OUT"},
+                                           std::vector<std::string>{"sheet", "STYLE", "OUT"},
+                                           std::vector<std::string>{"save", "STYLE", "OUT"}));
 
 }  // namespace

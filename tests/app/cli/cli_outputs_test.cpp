@@ -1,0 +1,287 @@
+// What ombrevale-cli writes, against the document's own members (whose bytes
+// tests/style and tests/pixels pin): the command line only has to reach them
+// with the right numbers and put the result where it was asked to.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <filesystem>
+#include <functional>
+
+#include "cliprocess.h"
+#include "style/clssty.h"
+#include "stylewriter/stylewriter.h"
+
+namespace fs = std::filesystem;
+namespace sw = ombrevale::stylewriter;
+using namespace ombrevale::clitest;
+
+namespace {
+
+class Cli : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        modDeclares::ResetSharedStores();
+        doc_ = new clsSTY;
+        ASSERT_TRUE(doc_->LoadSTY(kSample));
+    }
+    static void TearDownTestSuite() { delete doc_; }
+    std::string Run(std::vector<std::string> args) {
+        const auto r = RunCli(Place(std::move(args), kSample, dir_));
+        EXPECT_EQ(r.exitCode, 0) << r.err;
+        return r.err;
+    }
+    static clsSTY* doc_;
+    testsupport::TempDir dir_;
+};
+clsSTY* Cli::doc_ = nullptr;
+
+struct PictureCase {
+    const char* name;
+    std::vector<std::string> args;
+    std::function<bool(const clsSTY&, const std::string&)> expected;
+};
+
+class CliPicture : public Cli, public ::testing::WithParamInterface<PictureCase> {};
+
+TEST_P(CliPicture, IsWhatTheDocumentWrites) {
+    Run(GetParam().args);
+    ASSERT_TRUE(GetParam().expected(*doc_, dir_.File("mine.bmp")));
+    EXPECT_EQ(sw::ReadFile(dir_.File("OUT.bmp")), sw::ReadFile(dir_.File("mine.bmp")));
+}
+
+std::function<bool(const clsSTY&, const std::string&)> Sprite(int s, std::int16_t pal) {
+    return [=](const clsSTY& d, const std::string& f) {
+        std::int16_t p = pal;
+        return d.SaveSprite(f, s, p);
+    };
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Members, CliPicture,
+    ::testing::Values(PictureCase{"LastTile",
+                                  {"tile", "STYLE", "991", "OUT.bmp"},
+                                  [](const clsSTY& d, const std::string& f) { return d.SaveTile(f, 991); }},
+                      PictureCase{"GlyphInItsOwnPalette", {"sprite", "STYLE", "1815", "OUT.bmp"}, Sprite(1815, -1)},
+                      PictureCase{"CarInARemap", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "120"}, Sprite(3, 120)},
+                      PictureCase{
+                          "PaletteZeroIsNotOwn", {"sprite", "STYLE", "48", "OUT.bmp", "--pal", "0"}, Sprite(48, 0)},
+                      PictureCase{"DeltaInARemap",
+                                  {"delta", "STYLE", "1", "4", "OUT.bmp", "--pal", "115"},
+                                  [](const clsSTY& d, const std::string& f) {
+                                      std::int16_t pal = 115;
+                                      return d.SaveDelta(f, 4, 1, pal);
+                                  }}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+std::size_t FilesIn(const fs::path& p) {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(p), fs::directory_iterator()));
+}
+
+TEST_F(Cli, ExportWritesEveryPictureAndPaletteAndPngHoldsTheBmpsColours) {
+    std::size_t deltas = 0;
+    for (const auto& e : modDeclares::STYDeltaIndex) deltas += e.deltaCount;
+    for (const char* kind : {"bmp", "png"}) {
+        const bool png = kind[0] == 'p';
+        const std::string err = Run(png ? std::vector<std::string>{"export", "STYLE", "OUTpng", "--png"}
+                                        : std::vector<std::string>{"export", "STYLE", "OUTbmp"});
+        EXPECT_TRUE(err.empty()) << "no progress bar when stderr is no terminal";
+        const fs::path out = dir_.File(std::string("OUT") + kind);
+        EXPECT_EQ(FilesIn(out / "tiles"), static_cast<std::size_t>(doc_->GetNumOfTiles()));
+        EXPECT_EQ(FilesIn(out / "sprites"), static_cast<std::size_t>(doc_->GetNumOfSprx()));
+        EXPECT_EQ(FilesIn(out / "deltas"), deltas);
+        EXPECT_EQ(FilesIn(out / "palettes"), static_cast<std::size_t>(doc_->GetNumOfPals()));
+    }
+    ASSERT_TRUE(doc_->SaveTile(dir_.File("t.bmp"), 300));
+    EXPECT_EQ(sw::ReadFile(dir_.File("OUTbmp/tiles/tile-0300.bmp")), sw::ReadFile(dir_.File("t.bmp")));
+    for (const std::string name : {"tiles/tile-0991", "sprites/sprite-1815", "deltas/sprite-0001-delta-22"}) {
+        const QImage bmp(QString::fromStdString(dir_.File("OUTbmp/" + name + ".bmp")));
+        const QImage png(QString::fromStdString(dir_.File("OUTpng/" + name + ".png")));
+        ASSERT_FALSE(bmp.isNull()) << name;
+        EXPECT_EQ(bmp.convertToFormat(QImage::Format_RGB32), png.convertToFormat(QImage::Format_RGB32)) << name;
+    }
+    const auto& p = modDeclares::STYPalData[70];
+    const auto bytes = sw::ReadFile(dir_.File("OUTbmp/palettes/palette-070.pal"));
+    const std::string pal(bytes.begin(), bytes.end());
+    EXPECT_EQ(pal.rfind("JASC-PAL\r\n0100\r\n256\r\n", 0), 0u);
+    EXPECT_NE(pal.find("\r\n" + std::to_string(p[5 * 4 + 2]) + " " + std::to_string(p[5 * 4 + 1]) + " " +
+                       std::to_string(p[5 * 4]) + "\r\n"),
+              std::string::npos);
+}
+
+TEST_F(Cli, SaveGivesTheSampleBackAndKeepsWhatWasThere) {
+    Run({"save", "STYLE", "OUT.sty"});
+    EXPECT_EQ(sw::ReadFile(dir_.File("OUT.sty")), sw::ReadFile(kSample));
+    EXPECT_FALSE(fs::exists(dir_.File("OUT.sty.bak")));
+    sw::WriteFile(dir_.File("OUT.sty"), sw::Text("old"));
+    Run({"save", "STYLE", "OUT.sty"});
+    EXPECT_EQ(sw::ReadFile(dir_.File("OUT.sty.bak")), sw::Text("old"));
+}
+
+TEST_F(Cli, ImportPaletteGivesWhatTheDocumentsImportGives) {
+    std::string text = "JASC-PAL\r\n0100\r\n256\r\n";
+    for (int i = 0; i < 256; ++i) text += std::to_string(i) + " " + std::to_string(255 - i) + " 7 99\r\n";
+    sw::WriteFile(dir_.File("p.pal"), sw::Text(text));
+    Run({"import-palette", "STYLE", "70", dir_.File("p.pal"), "OUT.sty"});
+    clsSTY mine;
+    ASSERT_TRUE(mine.LoadSTY(kSample));
+    ASSERT_TRUE(mine.ImportPalette(dir_.File("p.pal"), 70));
+    ASSERT_TRUE(mine.SaveSTY(dir_.File("mine.sty")));
+    EXPECT_EQ(sw::ReadFile(dir_.File("OUT.sty")), sw::ReadFile(dir_.File("mine.sty")));
+    EXPECT_NE(sw::ReadFile(dir_.File("OUT.sty")), sw::ReadFile(kSample));
+    ASSERT_TRUE(doc_->LoadSTY(kSample));
+}
+
+TEST(CliImportPalette, ABadPaletteFileIsNamedAndNoStyleWritten) {
+    for (const char* text : {"0 0 0\r\n", "JASC-PAL \r\n0100\r\n256\r\n", "JASC-PAL\r\n0100\r\n256\r\n10 20\r\n", ""}) {
+        testsupport::TempDir dir;
+        const std::string pal = dir.File("p.pal");
+        if (*text) sw::WriteFile(pal, sw::Text(text));
+        const auto r = RunCli({"import-palette", kSample, "3", pal, dir.File("o.sty")});
+        EXPECT_EQ(r.exitCode, 1);
+        ASSERT_EQ(r.ErrLines().size(), 1u) << r.err;
+        EXPECT_EQ(r.ErrLines()[0].rfind("ombrevale-cli: " + pal + ": ", 0), 0u) << r.err;
+        EXPECT_FALSE(fs::exists(dir.File("o.sty")));
+    }
+}
+
+// Four tiles in palettes 0, 5, 5 and `last`; tile 1 holds colour 0; sprite 0
+// is 2 x 1 pixels and sprite 1 has none.
+std::string SmallStyle(const testsupport::TempDir& dir, int last) {
+    std::vector<sw::TilePixels> tiles(4);
+    for (std::size_t t = 0; t < 4; ++t)
+        for (std::size_t i = 0; i < 4096; ++i)
+            tiles[t][i] = t == 1 && i % 3 == 0 ? 0 : static_cast<std::uint8_t>(t * 10 + i % 7 + 1);
+    std::vector<sw::PaletteBytes> pals(64);
+    for (std::size_t p = 0; p < 64; ++p)
+        for (std::size_t c = 0; c < 256; ++c)
+            pals[p][c * 4] = static_cast<std::uint8_t>(c), pals[p][c * 4 + 1] = static_cast<std::uint8_t>(p * 3),
+                        pals[p][c * 4 + 2] = static_cast<std::uint8_t>(255 - c);
+    using sw::LE16, sw::LE32;
+    const std::string path = dir.File("small.sty");
+    sw::WriteFile(path,
+                  sw::StyleBytes()
+                      .Add("TILE", sw::TilePayload(tiles))
+                      .Add("PPAL", sw::PalettePayload(pals))
+                      .Add("PALX", sw::Cat({LE16(0), LE16(5), LE16(5), LE16(last), LE16(0), LE16(0)}))
+                      .Add("SPRX", sw::Cat({LE32(0), {2, 1}, LE16(0), LE32(0), {0, 0}, LE16(0)}))
+                      .Add("SPRG", sw::Bytes(256, 9))
+                      .Add("PALB", sw::Cat({LE16(4), LE16(2), LE16(0), LE16(0), LE16(0), LE16(0), LE16(0), LE16(0)}))
+                      .bytes());
+    return path;
+}
+
+TEST(CliSheet, DrawsEveryTileInItsCellWithOneSpareRow) {
+    testsupport::TempDir dir;
+    const std::string style = SmallStyle(dir, 63);
+    const int palOf[4] = {0, 5, 5, 63};
+    for (const auto& [columns, transparent, height] :
+         {std::tuple{9, false, 64}, std::tuple{2, true, 192}, std::tuple{3, false, 128}}) {
+        std::vector<std::string> args = {"sheet", style, dir.File("sheet.png")};
+        if (columns != 9) args.insert(args.end(), {"--columns", std::to_string(columns)});
+        if (transparent) args.push_back("--transparent");
+        ASSERT_EQ(RunCli(args).exitCode, 0);
+        const QImage sheet(QString::fromStdString(dir.File("sheet.png")));
+        ASSERT_EQ(sheet.size(), QSize(columns * 64, height)) << columns;
+        for (int t = 0; t < 4; ++t)
+            for (const int i : {0, 3 * 64 + 7, 4095}) {
+                const int v = t == 1 && i % 3 == 0 ? 0 : t * 10 + i % 7 + 1;
+                const QRgb want = v == 0 && transparent ? qRgb(255, 0, 255) : qRgb(255 - v, palOf[t] * 3, v);
+                EXPECT_EQ(sheet.pixel(t % columns * 64 + i % 64, t / columns * 64 + i / 64), want) << t << " " << i;
+            }
+    }
+    EXPECT_FALSE(fs::exists(dir.File("temp.bmp")));
+}
+
+TEST(CliExport, PngLeavesOutASpriteOfNoPixelsAndSaysSo) {
+    testsupport::TempDir dir;
+    const std::string style = SmallStyle(dir, 63);
+    for (const bool png : {false, true}) {
+        const std::string out = dir.File(png ? "png" : "bmp"), ext = png ? ".png" : ".bmp";
+        const auto r = RunCli(png ? std::vector<std::string>{"export", style, out, "--png"}
+                                  : std::vector<std::string>{"export", style, out});
+        ASSERT_EQ(r.exitCode, 0) << r.err;
+        EXPECT_TRUE(fs::exists(out + "/sprites/sprite-0000" + ext));
+        EXPECT_EQ(fs::exists(out + "/sprites/sprite-0001" + ext), !png);
+        EXPECT_EQ(r.ErrLines().size(), png ? 1u : 0u) << r.err;
+        EXPECT_EQ(r.err.find("sprite 1 is 0x0 pixels") != std::string::npos, png) << r.err;
+    }
+}
+
+// A palette number in the file that names no palette: refused before anything is written.
+TEST(CliFileNumbers, APaletteTheStyleLacksIsNamed) {
+    testsupport::TempDir dir;
+    const std::string style = SmallStyle(dir, 64);
+    for (const std::vector<std::string>& args :
+         {std::vector<std::string>{"tile", "STYLE", "3", "OUT"}, std::vector<std::string>{"export", "STYLE", "OUT"},
+          std::vector<std::string>{"sheet", "STYLE", "OUT"}}) {
+        const auto r = RunCli(Place(args, style, dir));
+        EXPECT_EQ(r.exitCode, 1);
+        EXPECT_EQ(r.ErrLines(), std::vector<std::string>{"ombrevale-cli: " + style +
+                                                         ": tile 3 uses palette 64 but the style has 64 palettes"});
+        EXPECT_FALSE(fs::exists(dir.File("OUT")));
+    }
+}
+
+QJsonObject InfoOf(const std::string& style) {
+    const auto r = RunCli({"info", style});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    return QJsonDocument::fromJson(QByteArray::fromStdString(r.out)).object();
+}
+
+QJsonArray Ints(const auto& values, std::size_t count) {
+    QJsonArray a;
+    for (std::size_t i = 0; i < count; ++i) a.append(static_cast<int>(values[i]));
+    return a;
+}
+
+TEST_F(Cli, InfoReportsWhatTheDocumentLoaded) {
+    using namespace modDeclares;
+    const QJsonObject info = InfoOf(kSample);
+    EXPECT_EQ(info.keys(), QStringList({"cars", "delta_data_bytes", "deltas", "font_base", "object_info_bytes",
+                                        "pal_base", "palettes", "palx", "recycle", "sections", "sprite_base",
+                                        "sprite_data_bytes", "sprites", "surface_spec_bytes", "tiles", "warnings"}));
+    EXPECT_EQ(info["tiles"].toInt(), doc_->GetNumOfTiles());
+    EXPECT_EQ(info["palettes"].toInt(), doc_->GetNumOfPals());
+    EXPECT_EQ(info["palx"].toInt(), doc_->GetNumOfPalx());
+    EXPECT_EQ(info["sprites"].toInt(), doc_->GetNumOfSprx());
+    EXPECT_EQ(info["sprite_base"].toArray(), Ints(STYSpriteBase, 6));
+    EXPECT_EQ(info["pal_base"].toArray(), Ints(STYPalBase, 8));
+    EXPECT_EQ(info["font_base"].toArray(), Ints(STYFontBase.base, static_cast<std::size_t>(STYFontBase.count)));
+    EXPECT_EQ(info["recycle"].toArray(), Ints(STYRecycle, STYRecycle.size() - 1));
+    const QJsonObject delta = info["deltas"].toArray()[1].toObject();
+    EXPECT_EQ(delta["sprite"].toInt(), STYDeltaIndex[1].sprite);
+    EXPECT_EQ(delta["sizes"].toArray(), Ints(STYDeltaIndex[1].deltaSizes, STYDeltaIndex[1].deltaCount));
+    const auto& car = STYCarInfo.back();
+    const QJsonObject o = info["cars"].toArray().last().toObject();
+    EXPECT_EQ(info["cars"].toArray().size(), static_cast<int>(STYCarInfo.size()));
+    for (const auto& [key, value] :
+         {std::pair{"model", car.model}, std::pair{"sprite", car.sprite}, std::pair{"width", car.width},
+          std::pair{"height", car.height}, std::pair{"passengers", car.passengers}, std::pair{"wreck", car.wreck},
+          std::pair{"rating", car.rating}, std::pair{"doors", car.numDoors},
+          std::pair{"front_wheel_offset", car.frontWheelOffset}, std::pair{"rear_wheel_offset", car.rearWheelOffset},
+          std::pair{"front_window_offset", car.frontWindowOffset},
+          std::pair{"rear_window_offset", car.rearWindowOffset}})
+        EXPECT_EQ(o[key].toInt(), value) << key;
+    EXPECT_EQ(o["remaps"].toArray(), Ints(car.remaps, car.numRemaps));
+    EXPECT_EQ(info["sprite_data_bytes"].toInt(), static_cast<int>(doc_->STYSpriteData.size()));
+    EXPECT_EQ(info["delta_data_bytes"].toInt(), static_cast<int>(STYDeltaStore.size()));
+    EXPECT_EQ(info["object_info_bytes"].toInt(), static_cast<int>(doc_->STYObjectInfo.size()));
+    EXPECT_EQ(info["surface_spec_bytes"].toInt(), static_cast<int>(doc_->STYSurfaceSpec.size()));
+}
+
+TEST(CliInfo, SectionsFollowThePresentFlagsAndWarningsAreListed) {
+    testsupport::TempDir dir;
+    const std::string style = dir.File("small.sty");
+    sw::WriteFile(
+        style,
+        sw::StyleBytes().Add("spec", {2, 0, 0, 0}).Add("RECY", {3, 1, 255}).Add("PALX", sw::LE16(0)).Raw({0}).bytes());
+    const QJsonObject info = InfoOf(style);
+    EXPECT_EQ(info["sections"].toArray(), QJsonArray({"PALX", "RECY", "SPEC"}));
+    EXPECT_EQ(info["warnings"].toArray(), QJsonArray({"1 stray byte after the last section was passed over"}));
+    EXPECT_EQ(info["recycle"].toArray(), QJsonArray({3, 1}));
+}
+
+}  // namespace

@@ -1,0 +1,53 @@
+#pragma once
+// Runs a built program as its own process and keeps what it said.
+
+#include <QProcess>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "support/tempdir.h"
+
+namespace ombrevale::clitest {
+
+struct RunResult {
+    int exitCode = -1;
+    std::string out;
+    std::string err;
+    std::vector<std::string> ErrLines() const {
+        std::vector<std::string> lines;
+        std::istringstream in(err);
+        for (std::string line; std::getline(in, line);) lines.push_back(line);
+        return lines;
+    }
+};
+
+inline RunResult Run(const char* program, const std::vector<std::string>& args) {
+    QStringList list;
+    for (const auto& a : args) list << QString::fromStdString(a);
+    QProcess p;
+    p.start(program, list);
+    p.waitForFinished(-1);
+    return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput().toStdString(),
+            p.readAllStandardError().toStdString()};
+}
+
+inline RunResult RunCli(const std::vector<std::string>& args) { return Run(OMBREVALE_CLI, args); }
+
+inline const std::string kSample = OMBREVALE_SAMPLE;
+
+// Words of a table row with STYLE, PAL and OUT... put in place.
+inline std::vector<std::string> Place(std::vector<std::string> args, const std::string& style,
+                                      const testsupport::TempDir& dir, const std::string& pal = "") {
+    for (auto& a : args) {
+        if (a == "STYLE")
+            a = style;
+        else if (a == "PAL")
+            a = pal;
+        else if (a.rfind("OUT", 0) == 0)
+            a = dir.File(a);
+    }
+    return args;
+}
+
+}  // namespace ombrevale::clitest
