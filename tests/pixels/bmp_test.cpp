@@ -105,19 +105,5 @@ INSTANTIATE_TEST_SUITE_P(Table, ByteStringValue,
                                            ValueCase{{0x00, 0x80}, -32768}, ValueCase{{0xFF, 0xFF}, -1},
                                            ValueCase{{0x2A}, 42}, ValueCase{{0xFF}, 255}, ValueCase{{}, 0}));
 
-TEST(ReverseString, LastByteFirst) {
-    EXPECT_EQ(modBMP::ReverseString({1, 2, 3}), (ByteString{3, 2, 1}));
-    EXPECT_TRUE(modBMP::ReverseString({}).empty());
-}
-
-TEST(Fixwidth, NextMultipleOfFour) {
-    for (std::int32_t w = 0; w <= 256; ++w) {
-        std::int32_t fixed = w;
-        clsSTY::Fixwidth(fixed);
-        EXPECT_EQ(fixed % 4, 0);
-        EXPECT_TRUE(fixed >= w && fixed < w + 4) << w;
-    }
-}
-
 }  // namespace
 }  // namespace pixeltest

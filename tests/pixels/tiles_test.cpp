@@ -126,13 +126,5 @@ INSTANTIATE_TEST_SUITE_P(
         Refusal{"PaletteOutOfRange", [](clsSTY& d, const std::string&, TestPicture&) { return d.GetCol(-1, 0) != 0; }}),
     [](const auto& p) { return std::string(p.param.name); });
 
-TEST_F(Scene, GetColIgnoresTheFourthByte) {
-    modDeclares::STYPalData[2][7 * 4 + 0] = 1;  // blue
-    modDeclares::STYPalData[2][7 * 4 + 1] = 2;  // green
-    modDeclares::STYPalData[2][7 * 4 + 2] = 3;  // red
-    modDeclares::STYPalData[2][7 * 4 + 3] = 4;
-    EXPECT_EQ(doc.GetCol(2, 7), 0x010203);
-}
-
 }  // namespace
 }  // namespace pixeltest

@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "style/clssty.h"
-#include "support/hookrecorder.h"
 #include "stylewriter/stylewriter.h"
+#include "support/hookrecorder.h"
 #include "support/tempdir.h"
 
 namespace {
@@ -99,11 +99,6 @@ std::vector<BoundCase> Cases() {
              return StyleBytes().Add("TILE", tiles).bytes();
          },
          true, 1.05},
-        {"DeltaRecords40000Empty",
-         [] {
-             return StyleBytes().Add("DELX", Repeat(Cat({LE16(1), {0, 0}}), 40000)).bytes();
-         },
-         true},
         {"DeltaRecords2000Full",
          [] {
              return StyleBytes().Add("DELX", Repeat(Cat({LE16(1), {255, 0}, Bytes(510, 1)}), 2000)).bytes();
@@ -114,11 +109,6 @@ std::vector<BoundCase> Cases() {
              return StyleBytes().AddWithSize("DELX", kHuge, Repeat(Cat({LE16(1), {0, 0}}), 5000)).bytes();
          },
          false},
-        {"CarRecords30000",
-         [] {
-             return StyleBytes().Add("CARI", Repeat(Bytes{1, 2, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 30000)).bytes();
-         },
-         true},
         {"CarRecords3000WithRemapsAndDoors",
          [] {
              Bytes car{1, 2, 8, 8, 255, 0, 0, 0, 0, 0, 0, 0, 0, 0};

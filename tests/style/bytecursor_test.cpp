@@ -101,18 +101,6 @@ TEST(ByteCursorStream, ReadsWhatMemoryReadsHoweverTheStreamSplits) {
     }
 }
 
-TEST(ByteCursorStream, AStreamThatGivesOutEarlyFails) {
-    Bytes bytes(200000, 5);
-    Trickle source(bytes, 1000, 150000, 1);
-    ByteCursor in(source, bytes.size());
-    EXPECT_EQ(in.Take(100000).size(), 100000u);
-    EXPECT_FALSE(in.Failed());
-    EXPECT_TRUE(in.Take(60000).empty());
-    EXPECT_TRUE(in.Failed());
-    EXPECT_TRUE(in.Overrun());
-    EXPECT_EQ(in.U8(), 0);
-}
-
 // The file shrinks between its length being read and its sections: the load
 // tells the user it could not read the whole file, not that it is damaged.
 TEST(ByteCursorStream, AFileCutWhileLoadingIsReportedAsUnread) {
@@ -120,7 +108,8 @@ TEST(ByteCursorStream, AFileCutWhileLoadingIsReportedAsUnread) {
     const std::string path = dir.File("shrinks.sty");
     std::vector<ombrevale::stylewriter::TilePixels> tiles(64);
     for (std::size_t t = 0; t < tiles.size(); ++t) tiles[t].fill(static_cast<std::uint8_t>(t));
-    ombrevale::stylewriter::WriteFile(path, ombrevale::stylewriter::StyleBytes().Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).bytes());
+    ombrevale::stylewriter::WriteFile(
+        path, ombrevale::stylewriter::StyleBytes().Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).bytes());
     std::vector<std::string> messages;
     DocumentHooks hooks;
     hooks.progressStart = [&](double, double, const std::string&) { std::filesystem::resize_file(path, 100000); };

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "style/clssty.h"
+#include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
-#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 using namespace testsupport;

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include "style/clssty.h"
+#include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
-#include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
 
 using namespace testsupport;
@@ -114,13 +114,6 @@ TEST_F(LoadTest, ReportsProgressOncePerSectionWithTheFilesLetters) {
     EXPECT_EQ(doc.STYObjectInfo, ByteString{5});
 }
 
-TEST_F(LoadTest, HeadAloneLoadsNothing) {
-    HookRecorder hooks;
-    EXPECT_TRUE(Load(StyleBytes("GBST", 700).bytes()));
-    EXPECT_EQ(hooks.calls(), (std::vector<std::string>{"start 1 6 Loading...", "end"}));
-    for (int s = 0; s < kSectionCount; ++s) EXPECT_FALSE(doc.IsPresent(static_cast<Section>(s)));
-}
-
 struct MagicCase {
     const char* name;
     Bytes bytes;
@@ -193,22 +186,6 @@ TEST_F(LoadTest, SecondLoadReplacesOnlyTheStoresItsFileHolds) {
     EXPECT_EQ(doc.STYObjectInfo, (ByteString{1, 2, 3, 4}));
     EXPECT_TRUE(doc.IsPresent(Section::OBJI));
     EXPECT_EQ(doc.GetNumOfTiles(), 8);
-}
-
-// A strip row holds one row of each of four tiles, so neighbouring tiles sit
-// 64 bytes apart; palettes 64 and up start a second colour-major page.
-TEST_F(LoadTest, StripAndPageLayout) {
-    Bytes tiles(16384, 0);
-    tiles[64] = 0x11;       // tile 1, row 0, column 0
-    tiles[256 + 3] = 0x22;  // tile 0, row 1, column 3
-    Bytes pals(2 * 65536, 0);
-    pals[65536] = 0x33;       // page 1, colour 0, palette 64
-    pals[4 * 65 + 2] = 0x44;  // page 0, colour 1, palette 1, red
-    ASSERT_TRUE(Load(StyleBytes().Add("TILE", tiles).Add("PPAL", pals).bytes()));
-    EXPECT_EQ(doc.STYTileStore[1][0], 0x11);
-    EXPECT_EQ(doc.STYTileStore[0][64 + 3], 0x22);
-    EXPECT_EQ(STYPalData[64][0], 0x33);
-    EXPECT_EQ(STYPalData[1][4 + 2], 0x44);
 }
 
 }  // namespace

@@ -43,9 +43,4 @@ INSTANTIATE_TEST_SUITE_P(Models, SpriteNumFromModelNum,
                                     std::to_string(std::abs(p.param.model));
                          });
 
-TEST(Lookups, NoCarsGiveZero) {
-    modDeclares::ResetSharedStores();
-    EXPECT_EQ(clsSTY{}.SpriteNumFromModelNum(5), 0);
-}
-
 }  // namespace

@@ -53,7 +53,8 @@ TEST(PixelBlock, LoadedTwinTilesShareAndAnEditLeavesTheTwin) {
     const std::vector<TilePixels> tiles = {Pattern(1), Pattern(2), Pattern(1), Pattern(9)};
     testsupport::TempDir dir;
     const std::string path = dir.File("twins.sty");
-    ombrevale::stylewriter::WriteFile(path, ombrevale::stylewriter::StyleBytes().Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).bytes());
+    ombrevale::stylewriter::WriteFile(
+        path, ombrevale::stylewriter::StyleBytes().Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).bytes());
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(path));
     ASSERT_EQ(doc.STYTileStore.size(), 4u);
