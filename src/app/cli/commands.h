@@ -31,9 +31,13 @@ void SaveStyle(const clsSTY& doc, const std::string& path);
 // value must lie in lo..hi, or the command fails naming the range.
 void CheckRange(const std::string& file, const std::string& what, std::int64_t value, std::int64_t lo, std::int64_t hi);
 
-// Writes `path` through a temporary file beside it: `write` fills the
-// temporary file and returns whether it managed; only then does it replace
-// `path`. Nothing is left behind on failure.
+// Writes `path`: `write` fills a file of the run's private scratch folder and
+// returns whether it managed; only then is `path` replaced, at once
+// (QSaveFile). Nothing is left behind on failure.
 void WriteThrough(const std::string& path, const std::function<bool(const std::string& temp)>& write);
+
+// The run's private scratch folder (0700, removed at exit); throws Failure if
+// none can be made.
+std::string ScratchFolder();
 
 }  // namespace ombrevale::cli

@@ -1,11 +1,12 @@
-#include <filesystem>
-#include <system_error>
+#include <QDir>
+#include <QFile>
+#include <QSaveFile>
+#include <QTemporaryDir>
+#include <memory>
 
 #include "clierror.h"
 #include "commands.h"
 #include "style/clssty.h"
-
-namespace fs = std::filesystem;
 
 namespace ombrevale::cli {
 
@@ -40,21 +41,21 @@ void CheckRange(const std::string& file, const std::string& what, std::int64_t v
                             std::to_string(hi) + ")");
 }
 
+std::string ScratchFolder() {
+    static const auto scratch = std::make_unique<QTemporaryDir>(QDir::tempPath() + "/ombrevale-cli-XXXXXX");
+    if (!scratch->isValid()) throw Failure(QDir::tempPath().toStdString(), "has no room for a scratch folder");
+    return scratch->path().toStdString();
+}
+
 void WriteThrough(const std::string& path, const std::function<bool(const std::string& temp)>& write) {
-    const std::string temp = path + ".part";
-    std::error_code ec;
-    fs::remove(temp, ec);
-    bool ok = false;
-    try {
-        ok = write(temp) && fs::exists(temp, ec);
-    } catch (...) {
-        fs::remove(temp, ec);
-        throw;
-    }
-    if (ok) fs::rename(temp, path, ec);
-    if (!ok || ec) {
-        fs::remove(temp, ec);
-        // The engine names our temporary file; the line names the one asked for.
+    const std::string temp = ScratchFolder() + "/written";
+    QFile made(QString::fromStdString(temp));
+    QSaveFile out(QString::fromStdString(path));
+    const bool ok = write(temp) && made.open(QIODevice::ReadOnly) && out.open(QIODevice::WriteOnly) &&
+                    out.write(made.readAll()) == made.size() && out.commit();
+    made.remove();
+    if (!ok) {
+        // The engine names our scratch file; the line names the one asked for.
         DocumentVoice::Take({});
         throw Failure(path, "cannot be written");
     }

@@ -1,10 +1,9 @@
 // sheet: all tiles on one picture, drawn the way the window draws its sheet.
-#include <unistd.h>
+#include <QDir>
 #include <QImage>
 #include <QPainter>
 #include <QString>
 #include <filesystem>
-#include <system_error>
 
 #include "checks.h"
 #include "clierror.h"
@@ -39,26 +38,19 @@ private:
     QImage image_{64, 64, QImage::Format_RGB32};
 };
 
-// RenderTile writes temp.bmp into the current folder; ours stays clean.
-class ScratchFolder {
+// RenderTile writes temp.bmp into the current folder: the run's private one.
+class InScratchFolder {
 public:
-    ScratchFolder() : previous_(fs::current_path()) {
-        std::error_code ec;
-        path_ = fs::temp_directory_path(ec) / ("ombrevale-cli-" + std::to_string(::getpid()));
-        fs::create_directories(path_, ec);
-        if (ec) throw Failure(path_.string(), "cannot be made (" + ec.message() + ")");
-        fs::current_path(path_);
+    InScratchFolder() : previous_(QDir::currentPath()) {
+        const std::string scratch = ScratchFolder();
+        if (!QDir::setCurrent(QString::fromStdString(scratch))) throw Failure(scratch, "cannot be entered");
     }
-    ~ScratchFolder() {
-        std::error_code ec;
-        fs::current_path(previous_, ec);
-        fs::remove_all(path_, ec);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
+    ~InScratchFolder() { QDir::setCurrent(previous_); }
+    InScratchFolder(const InScratchFolder&) = delete;
+    InScratchFolder& operator=(const InScratchFolder&) = delete;
 
 private:
-    fs::path previous_, path_;
+    QString previous_;
 };
 
 }  // namespace
@@ -79,7 +71,7 @@ int RunSheet(const Args& args) {
     QImage sheet(c * 64, (n / c + 1) * 64, QImage::Format_RGB32);
     sheet.fill(Qt::black);
     {
-        ScratchFolder scratch;
+        InScratchFolder scratch;
         ImagePicture tile;
         QPainter painter(&sheet);
         for (int t = 0; t < n; ++t) {
