@@ -60,7 +60,8 @@ void CheckRewrite(const File& file) {
     if (!file.Serialize(once)) ombrevale::fuzzing::Broken("a complete file did not write");
     File back;
     back.Parse(once);
-    if (!back.Complete()) ombrevale::fuzzing::Broken(("what was written does not parse: " + back.Problem()).c_str());
+    if (back.Problem())
+        ombrevale::fuzzing::Broken(("what was written does not parse: " + back.Problem()->text).c_str());
     if (!SameContents(file, back)) ombrevale::fuzzing::Broken("what was written reads back different");
     std::string twice;
     if (!back.Serialize(twice) || twice != once) ombrevale::fuzzing::Broken("writing twice gave different text");
@@ -93,7 +94,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Text valueName = rest.Units(rest.Byte() % 24);
     CheckEscapes(keyName);
     CheckEscapes(valueName);
-    if (!file.Complete()) {
+    if (file.Problem()) {
         std::string refused;
         if (file.Serialize(refused)) ombrevale::fuzzing::Broken("an incomplete file was written");
         return 0;

@@ -85,7 +85,7 @@ bool EnsureKey(Hive& hive, const Text& path, bool& changed) {
     if (hive.file.FindKey(path)) return true;
     std::vector<Text> parts;
     if (!ombrevale::regfile::SplitPath(path, parts) || parts.empty()) return false;
-    if (!hive.file.Complete()) return false;
+    if (hive.file.Problem()) return false;
     changed = hive.file.AddKey(path, Now());
     return changed;
 }
@@ -150,16 +150,17 @@ bool cRegistry::CreateKey() {
 
 bool cRegistry::DeleteKey() {
     Hive hive;
-    if (!OpenHive(classKey_, hive) || !hive.file.Complete()) return false;
+    if (!OpenHive(classKey_, hive) || hive.file.Problem()) return false;
     if (sectionKey_.empty()) return false;
     return hive.file.RemoveKey(KeyPath(hive, sectionKey_), Now()) && SaveHive(hive);
 }
 
 bool cRegistry::DeleteValue() {
     Hive hive;
-    if (!OpenHive(classKey_, hive) || !hive.file.Complete()) return false;
+    if (!OpenHive(classKey_, hive) || hive.file.Problem()) return false;
     ombrevale::regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
-    return key && ombrevale::regfile::File::RemoveValue(*key, ombrevale::regfile::Widen(valueKey_), Now()) && SaveHive(hive);
+    return key && ombrevale::regfile::File::RemoveValue(*key, ombrevale::regfile::Widen(valueKey_), Now()) &&
+           SaveHive(hive);
 }
 
 RegValue cRegistry::Value() const {
@@ -178,7 +179,8 @@ RegValue cRegistry::Value() const {
     Hive hive;
     if (!OpenHive(classKey_, hive)) return default_;
     const ombrevale::regfile::Key* key = hive.file.FindKey(KeyPath(hive, sectionKey_));
-    const ombrevale::regfile::Value* v = key ? ombrevale::regfile::File::FindValue(*key, ombrevale::regfile::Widen(valueKey_)) : nullptr;
+    const ombrevale::regfile::Value* v =
+        key ? ombrevale::regfile::File::FindValue(*key, ombrevale::regfile::Widen(valueKey_)) : nullptr;
     if (!v) return default_;
     valueType_ = static_cast<std::int32_t>(v->type);
     switch (v->type) {
@@ -201,7 +203,7 @@ RegValue cRegistry::Value() const {
 
 void cRegistry::Value(const RegValue& vValue) {
     Hive hive;
-    if (!OpenHive(classKey_, hive) || !hive.file.Complete()) return;
+    if (!OpenHive(classKey_, hive) || hive.file.Problem()) return;
     Text path = KeyPath(hive, sectionKey_);
     bool changed = false;
     if (!EnsureKey(hive, path, changed)) return;

@@ -50,8 +50,7 @@ std::string KeyHead(const Key& key, std::uint64_t unixSeconds) {
 void File::Parse(const std::string& text) {
     preamble_.clear();
     keys_.clear();
-    complete_ = true;
-    problem_.clear();
+    problem_.reset();
     std::vector<std::string> lines;
     std::size_t start = 0;
     while (start < text.size()) {
@@ -61,8 +60,9 @@ void File::Parse(const std::string& text) {
         start = nl + 1;
     }
     auto fail = [&](std::size_t i, const std::string& why) {
-        if (complete_) problem_ = "line " + std::to_string(i + 1) + ": " + why;
-        complete_ = false;
+        if (!problem_)
+            problem_ =
+                ombrevale::Problem{ombrevale::Problem::Kind::Damaged, "line " + std::to_string(i + 1) + ": " + why};
     };
     if (lines.empty() || lines[0] != kMagic) fail(0, "not a Wine registry file");
 
@@ -127,7 +127,7 @@ void File::Parse(const std::string& text) {
 }
 
 bool File::Serialize(std::string& out) const {
-    if (!complete_) return false;
+    if (problem_) return false;
     out = preamble_;
     for (const auto& key : keys_) {
         out += "\n";

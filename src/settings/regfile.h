@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "style/problem.h"
+
 namespace ombrevale::regfile {
 
 using Text = std::u16string;
@@ -48,10 +50,10 @@ std::string Narrow(const Text& s);
 class File {
 public:
     // Reads and parses `text`. Lines that do not fit the format make the file
-    // incomplete: it still reads, but Serialize refuses it.
+    // damaged: it still reads, but Serialize refuses it. The problem names the
+    // first such line.
     void Parse(const std::string& text);
-    bool Complete() const { return complete_; }
-    const std::string& Problem() const { return problem_; }
+    const Outcome& Problem() const { return problem_; }
     // Whole file text; empty optional is modelled by a false result.
     bool Serialize(std::string& out) const;
 
@@ -78,8 +80,7 @@ public:
 private:
     std::string preamble_;
     std::vector<Key> keys_;
-    bool complete_ = true;
-    std::string problem_;
+    Outcome problem_;
 };
 
 // One value's lines in Wine's layout (name, type prefix, hex wrapped at 76).
