@@ -18,12 +18,13 @@ function(ombrevale_mingw_exe target)
   if(NOT ARG_FLAGS)
     set(ARG_FLAGS ${OMBREVALE_MINGW_WARNINGS})
   endif()
-  file(GLOB _headers ${PROJECT_SOURCE_DIR}/src/*/*.h ${PROJECT_SOURCE_DIR}/tests/*/*.h)
+  # The compiler lists the headers it read, so a changed header rebuilds the program.
   add_custom_command(
     OUTPUT ${ARG_OUTPUT}
     COMMAND ${OMBREVALE_MINGW_CXX} -std=c++20 -O2 ${ARG_FLAGS} -static -I${PROJECT_SOURCE_DIR}/src
-            -o ${ARG_OUTPUT} ${ARG_SOURCES} ${ARG_OBJECTS} ${_libs}
-    DEPENDS ${ARG_SOURCES} ${ARG_OBJECTS} ${_headers}
+            -MD -MF ${ARG_OUTPUT}.d -o ${ARG_OUTPUT} ${ARG_SOURCES} ${ARG_OBJECTS} ${_libs}
+    DEPENDS ${ARG_SOURCES} ${ARG_OBJECTS}
+    DEPFILE ${ARG_OUTPUT}.d
     COMMENT "Cross-building ${ARG_OUTPUT} with mingw-w64"
     VERBATIM)
   add_custom_target(${target} ALL DEPENDS ${ARG_OUTPUT})
