@@ -9,8 +9,8 @@ using modDeclares::STYPalBase;
 using modDeclares::STYPalData;
 using modDeclares::STYPalIndex;
 
-bool Refuse(const std::string& sWhat) {
-    MsgBox(sWhat, "Ombrevale", MsgIcon::Exclamation);
+bool Refuse(const std::string& what) {
+    MsgBox(what, "Ombrevale", MsgIcon::Exclamation);
     return false;
 }
 

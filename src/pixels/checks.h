@@ -10,8 +10,8 @@
 
 namespace ombrevale::pixelchecks {
 
-// Shows "sWhat" as a refusal and returns false.
-bool Refuse(const std::string& sWhat);
+// Shows "what" as a refusal and returns false.
+bool Refuse(const std::string& what);
 
 bool TileExists(const clsSTY& doc, std::int32_t idx);
 bool SpriteExists(const clsSTY& doc, std::int32_t idx);

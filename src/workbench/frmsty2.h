@@ -108,7 +108,7 @@ private:
     void BuildPalettePane();
     void BuildToolbar();
     void ToolbarOpen();
-    void ToolbarSave(bool bAskName);
+    void ToolbarSave(bool askName);
     void ToolbarExport();
     void ToolbarImport();
     void RefillAfterOpen();

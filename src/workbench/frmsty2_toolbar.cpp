@@ -170,9 +170,9 @@ void frmSTY2::RefillAfterOpen() {
     RenderSheet();
 }
 
-void frmSTY2::ToolbarSave(bool bAskName) {
-    std::string path = bAskName ? std::string() : panesStylePath_;
-    if (path.empty() && !bAskName) path = StylePath();
+void frmSTY2::ToolbarSave(bool askName) {
+    std::string path = askName ? std::string() : panesStylePath_;
+    if (path.empty() && !askName) path = StylePath();
     if (path.empty()) {
         path = FileDialog(this, FileMode::Save, QStringLiteral("Save Style As"), kStyleFilter, DialogFolder())
                    .toStdString();
