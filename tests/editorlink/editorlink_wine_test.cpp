@@ -13,8 +13,8 @@
 #include "standin.h"
 #include "support/tempdir.h"
 
-using standin::StandIn;
-using standin::Window;
+using ombrevale::standin::StandIn;
+using ombrevale::standin::Window;
 
 namespace {
 
@@ -30,7 +30,7 @@ bool LinkUp() {
 class WineEnvironment : public testing::Environment {
 public:
     void SetUp() override {
-        ASSERT_EQ(standin::MissingPieces(), "") << "the Wine tests cannot run";
+        ASSERT_EQ(ombrevale::standin::MissingPieces(), "") << "the Wine tests cannot run";
         ASSERT_TRUE(LinkUp()) << "ombrevale-link.exe did not come up";
     }
     void TearDown() override { ombrevale::linkhelper::Shutdown(); }
@@ -57,7 +57,7 @@ struct SearchCase {
 class SearchTest : public testing::TestWithParam<SearchCase> {};
 
 TEST_P(SearchTest, FindsTheEditorListOrKeepsTheOldHandle) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     std::vector<std::unique_ptr<StandIn>> running;
     for (const Window& w : GetParam().windows) {
         running.push_back(std::make_unique<StandIn>(w, dir.File("w" + std::to_string(running.size()))));
@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return std::string(row.param.label); });
 
 TEST(Click, ReachesTheEditorUntilItClosesAndTheNextOneOnceTheHelperIsUp) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     auto editor = std::make_unique<StandIn>(Window{}, dir.File("first.log"));
     ASSERT_TRUE(editor->ok());
     modControlWin::FindEditorList();

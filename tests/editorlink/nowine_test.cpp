@@ -24,7 +24,7 @@ class NoWineTest : public testing::TestWithParam<NoWineCase> {};
 
 TEST_P(NoWineTest, SearchFindsNothingAndClickReachesNobodyAtOnce) {
     ombrevale::linkhelper::Shutdown();  // forgets the last case's failed start
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     setenv("WINEPREFIX", (GetParam().prefix ? dir.File(GetParam().prefix) : dir.path().string()).c_str(), 1);
     setenv("OMBREVALE_WINE", GetParam().wine, 1);
     if (GetParam().script) std::ofstream(dir.File("helper.sh")) << GetParam().script;

@@ -6,7 +6,7 @@
 #include "pixels/modbmp.h"
 #include "scene.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 namespace {
 
 // The head every file must have, field by field.
@@ -106,4 +106,4 @@ INSTANTIATE_TEST_SUITE_P(Table, ByteStringValue,
                                            ValueCase{{0x2A}, 42}, ValueCase{{0xFF}, 255}, ValueCase{{}, 0}));
 
 }  // namespace
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

@@ -2,7 +2,7 @@
 
 #include <exception>
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 
 std::uint32_t U32At(const Bytes& b, std::size_t at) {
     return static_cast<std::uint32_t>(b[at] | (b[at + 1] << 8) | (b[at + 2] << 16)) |
@@ -42,4 +42,4 @@ bool TestPicture::LoadPicture(const std::string& sPath) {
     return true;
 }
 
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

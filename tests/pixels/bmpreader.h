@@ -11,7 +11,7 @@
 #include "pixels/picturecontrol.h"
 #include "stylewriter/stylewriter.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 
 using ombrevale::stylewriter::Bytes;
 
@@ -43,4 +43,4 @@ public:
     std::map<std::pair<int, int>, std::int32_t> set;
 };
 
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

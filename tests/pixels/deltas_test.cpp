@@ -5,7 +5,7 @@
 #include "scene.h"
 #include "style/bytecursor.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 namespace {
 
 using modDeclares::DeltaEntry;
@@ -190,4 +190,4 @@ TEST_F(Deltas, HostileRunsStayInsideThePictureAndTheBlock) {
 }
 
 }  // namespace
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

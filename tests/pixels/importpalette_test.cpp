@@ -4,7 +4,7 @@
 
 #include "scene.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 namespace {
 
 std::string ColourLines(int count, const std::string& eol, int shift = 0) {
@@ -104,4 +104,4 @@ TEST_F(Scene, MissingPaletteFileIsTold) {
 }
 
 }  // namespace
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

@@ -1,6 +1,6 @@
 #include "scene.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 
 std::array<std::uint8_t, 4> StoredColour(std::size_t p, std::size_t c) {
     return {static_cast<std::uint8_t>(c), static_cast<std::uint8_t>(p * 40 + 1), static_cast<std::uint8_t>(255 - c),
@@ -53,4 +53,4 @@ void Scene::SetUp() {
 
 void Scene::TearDown() { modDeclares::ResetSharedStores(); }
 
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

@@ -13,7 +13,7 @@
 #include "support/hookrecorder.h"
 #include "support/tempdir.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 
 struct SpriteSpec {
     std::int32_t offset;
@@ -52,10 +52,10 @@ protected:
 
     std::string File(const std::string& name) const { return dir.File(name); }
 
-    testsupport::TempDir dir;
-    testsupport::ScopedCurrentDir cwd{dir.path()};
-    testsupport::HookRecorder hooks;
+    ombrevale::testsupport::TempDir dir;
+    ombrevale::testsupport::ScopedCurrentDir cwd{dir.path()};
+    ombrevale::testsupport::HookRecorder hooks;
     clsSTY doc;
 };
 
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

@@ -2,7 +2,7 @@
 
 #include "scene.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 namespace {
 
 std::size_t PaddedWidth(std::size_t s) { return (kSprites[s].width + 3u) / 4u * 4u; }
@@ -106,4 +106,4 @@ TEST_F(Scene, RowsPastTheStoreEndAreShortNeverWritten) {
 }
 
 }  // namespace
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

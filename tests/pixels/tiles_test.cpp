@@ -5,7 +5,7 @@
 
 #include "scene.h"
 
-namespace pixeltest {
+namespace ombrevale::pixeltest {
 namespace {
 
 class RenderTile : public Scene, public ::testing::WithParamInterface<bool> {};
@@ -127,4 +127,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& p) { return std::string(p.param.name); });
 
 }  // namespace
-}  // namespace pixeltest
+}  // namespace ombrevale::pixeltest

@@ -39,7 +39,7 @@ protected:
     }
     void TearDown() override { unsetenv("WINEPREFIX"); }
     std::string UserReg() { return ReadAll(dir_.File("user.reg")); }
-    testsupport::TempDir dir_;
+    ombrevale::testsupport::TempDir dir_;
 };
 
 TEST_F(FilePrefix, KeysAndValuesAreMadeAndDeletedInTheFile) {

@@ -51,7 +51,7 @@ void operator delete[](void* p, std::size_t) noexcept { Give(p); }
 
 namespace {
 
-using namespace testsupport;
+using namespace ombrevale::testsupport;
 using namespace ombrevale::stylewriter;
 
 struct BoundCase {

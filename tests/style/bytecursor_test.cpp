@@ -104,7 +104,7 @@ TEST(ByteCursorStream, ReadsWhatMemoryReadsHoweverTheStreamSplits) {
 // The file shrinks between its length being read and its sections: the load
 // tells the user it could not read the whole file, not that it is damaged.
 TEST(ByteCursorStream, AFileCutWhileLoadingIsReportedAsUnread) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string path = dir.File("shrinks.sty");
     std::vector<ombrevale::stylewriter::TilePixels> tiles(64);
     for (std::size_t t = 0; t < tiles.size(); ++t) tiles[t].fill(static_cast<std::uint8_t>(t));

@@ -14,7 +14,7 @@
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
 
-using namespace testsupport;
+using namespace ombrevale::testsupport;
 using namespace ombrevale::stylewriter;
 
 namespace {

@@ -9,7 +9,7 @@
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
 
-using namespace testsupport;
+using namespace ombrevale::testsupport;
 using namespace ombrevale::stylewriter;
 using namespace modDeclares;
 

@@ -51,7 +51,7 @@ TEST(PixelBlock, EqualBytesAreOneBlockUntilTheLastHolderGoes) {
 
 TEST(PixelBlock, LoadedTwinTilesShareAndAnEditLeavesTheTwin) {
     const std::vector<TilePixels> tiles = {Pattern(1), Pattern(2), Pattern(1), Pattern(9)};
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string path = dir.File("twins.sty");
     ombrevale::stylewriter::WriteFile(
         path, ombrevale::stylewriter::StyleBytes().Add("TILE", ombrevale::stylewriter::TilePayload(tiles)).bytes());

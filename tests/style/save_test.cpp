@@ -10,7 +10,7 @@
 #include "support/hookrecorder.h"
 #include "support/tempdir.h"
 
-using namespace testsupport;
+using namespace ombrevale::testsupport;
 using namespace ombrevale::stylewriter;
 namespace fs = std::filesystem;
 

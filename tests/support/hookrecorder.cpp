@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-namespace testsupport {
+namespace ombrevale::testsupport {
 namespace {
 std::string Num(double v) {
     char buf[64];
@@ -48,4 +48,4 @@ std::vector<std::string> HookRecorder::messages() const {
     return out;
 }
 
-}  // namespace testsupport
+}  // namespace ombrevale::testsupport

@@ -8,7 +8,7 @@
 
 #include "style/hooks.h"
 
-namespace testsupport {
+namespace ombrevale::testsupport {
 
 class HookRecorder {
 public:
@@ -26,4 +26,4 @@ private:
     DocumentHooks previous_;
 };
 
-}  // namespace testsupport
+}  // namespace ombrevale::testsupport

@@ -8,7 +8,7 @@
 #include "style/clssty.h"
 #include "style/moddeclares.h"
 
-namespace testsupport {
+namespace ombrevale::testsupport {
 
 struct StoreSnapshot {
     ByteString spriteData;
@@ -36,4 +36,4 @@ inline StoreSnapshot TakeSnapshot(const clsSTY& doc) {
             modDeclares::TakeSharedStores()};
 }
 
-}  // namespace testsupport
+}  // namespace ombrevale::testsupport

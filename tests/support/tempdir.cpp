@@ -5,7 +5,7 @@
 #include <random>
 #include <system_error>
 
-namespace testsupport {
+namespace ombrevale::testsupport {
 
 TempDir::TempDir() {
     static std::atomic<unsigned> counter{0};
@@ -30,4 +30,4 @@ ScopedCurrentDir::~ScopedCurrentDir() {
     std::filesystem::current_path(previous_, ec);
 }
 
-}  // namespace testsupport
+}  // namespace ombrevale::testsupport

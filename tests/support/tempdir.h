@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string>
 
-namespace testsupport {
+namespace ombrevale::testsupport {
 
 class TempDir {
 public:
@@ -32,4 +32,4 @@ private:
     std::filesystem::path previous_;
 };
 
-}  // namespace testsupport
+}  // namespace ombrevale::testsupport

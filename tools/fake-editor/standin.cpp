@@ -15,7 +15,7 @@
 
 extern char** environ;
 
-namespace standin {
+namespace ombrevale::standin {
 
 namespace {
 
@@ -87,4 +87,4 @@ bool StandIn::WaitFor(const std::string& prefix, std::size_t from, int timeoutMs
     return false;
 }
 
-}  // namespace standin
+}  // namespace ombrevale::standin

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace standin {
+namespace ombrevale::standin {
 
 struct Window {
     std::string title = "GTA2 Editor - stand-in";
@@ -40,4 +40,4 @@ private:
 // Empty when the Wine pieces the tests need are all there, else what is missing.
 std::string MissingPieces();
 
-}  // namespace standin
+}  // namespace ombrevale::standin

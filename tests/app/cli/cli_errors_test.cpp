@@ -23,7 +23,7 @@ struct Case {
 class CliUsage : public ::testing::TestWithParam<Case> {};
 
 TEST_P(CliUsage, ExitsTwoWithTheUsageLineAndWritesNothing) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const auto r = RunCli(Place(GetParam().args, kSample, dir));
     EXPECT_EQ(r.exitCode, 2);
     const auto lines = r.ErrLines();
@@ -49,7 +49,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 // One line that starts with the file it is about, exit 1, no other file made.
 void ExpectOneLineAbout(const RunResult& r, const std::string& file, const std::string& says,
-                        const testsupport::TempDir& dir, std::size_t filesBefore) {
+                        const ombrevale::testsupport::TempDir& dir, std::size_t filesBefore) {
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_TRUE(r.out.empty()) << r.out;
     const auto lines = r.ErrLines();
@@ -63,7 +63,7 @@ void ExpectOneLineAbout(const RunResult& r, const std::string& file, const std::
 class CliOutOfRange : public ::testing::TestWithParam<Case> {};
 
 TEST_P(CliOutOfRange, NamesTheValidRange) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string pal = dir.File("good.pal");
     std::string text = "JASC-PAL\r\n0100\r\n256\r\n";
     for (int i = 0; i < 256; ++i) text += "1 2 3\r\n";
@@ -118,7 +118,7 @@ class CliBadStyle : public ::testing::TestWithParam<std::tuple<BadStyle, std::ve
 
 TEST_P(CliBadStyle, NamesTheStyle) {
     const auto& [bad, args] = GetParam();
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string style = dir.File("bad.sty");
     if (bad.bytes) sw::WriteFile(style, bad.bytes());
     ExpectOneLineAbout(RunCli(Place(args, style, dir)), style, "", dir, bad.bytes ? 1 : 0);
@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Pictures, CliBadStyle,
 class CliUnwritableOutput : public ::testing::TestWithParam<std::vector<std::string>> {};
 
 TEST_P(CliUnwritableOutput, NamesTheOutput) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string missing = dir.File("no-such-folder/out");
     std::vector<std::string> args = GetParam();
     for (auto& a : args) a = a == "STYLE" ? kSample : a == "OUT" ? missing : a;

@@ -34,7 +34,7 @@ protected:
         return r.err;
     }
     static clsSTY* doc_;
-    testsupport::TempDir dir_;
+    ombrevale::testsupport::TempDir dir_;
 };
 clsSTY* Cli::doc_ = nullptr;
 
@@ -136,7 +136,7 @@ TEST_F(Cli, ImportPaletteGivesWhatTheDocumentsImportGives) {
 
 TEST(CliImportPalette, ABadPaletteFileIsNamedAndNoStyleWritten) {
     for (const char* text : {"0 0 0\r\n", "JASC-PAL \r\n0100\r\n256\r\n", "JASC-PAL\r\n0100\r\n256\r\n10 20\r\n", ""}) {
-        testsupport::TempDir dir;
+        ombrevale::testsupport::TempDir dir;
         const std::string pal = dir.File("p.pal");
         if (*text) sw::WriteFile(pal, sw::Text(text));
         const auto r = RunCli({"import-palette", kSample, "3", pal, dir.File("o.sty")});
@@ -149,7 +149,7 @@ TEST(CliImportPalette, ABadPaletteFileIsNamedAndNoStyleWritten) {
 
 // Four tiles in palettes 0, 5, 5 and `last`; tile 1 holds colour 0; sprite 0
 // is 2 x 1 pixels and sprite 1 has none.
-std::string SmallStyle(const testsupport::TempDir& dir, int last) {
+std::string SmallStyle(const ombrevale::testsupport::TempDir& dir, int last) {
     std::vector<sw::TilePixels> tiles(4);
     for (std::size_t t = 0; t < 4; ++t)
         for (std::size_t i = 0; i < 4096; ++i)
@@ -174,7 +174,7 @@ std::string SmallStyle(const testsupport::TempDir& dir, int last) {
 }
 
 TEST(CliSheet, DrawsEveryTileInItsCellWithOneSpareRow) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string style = SmallStyle(dir, 63);
     const int palOf[4] = {0, 5, 5, 63};
     for (const auto& [columns, transparent, height] :
@@ -196,7 +196,7 @@ TEST(CliSheet, DrawsEveryTileInItsCellWithOneSpareRow) {
 }
 
 TEST(CliExport, PngLeavesOutASpriteOfNoPixelsAndSaysSo) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string style = SmallStyle(dir, 63);
     for (const bool png : {false, true}) {
         const std::string out = dir.File(png ? "png" : "bmp"), ext = png ? ".png" : ".bmp";
@@ -212,7 +212,7 @@ TEST(CliExport, PngLeavesOutASpriteOfNoPixelsAndSaysSo) {
 
 // A palette number in the file that names no palette: refused before anything is written.
 TEST(CliFileNumbers, APaletteTheStyleLacksIsNamed) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string style = SmallStyle(dir, 64);
     for (const std::vector<std::string>& args :
          {std::vector<std::string>{"tile", "STYLE", "3", "OUT"}, std::vector<std::string>{"export", "STYLE", "OUT"},
@@ -273,7 +273,7 @@ TEST_F(Cli, InfoReportsWhatTheDocumentLoaded) {
 }
 
 TEST(CliInfo, SectionsFollowThePresentFlagsAndWarningsAreListed) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     const std::string style = dir.File("small.sty");
     sw::WriteFile(
         style,

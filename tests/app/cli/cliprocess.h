@@ -38,7 +38,7 @@ inline const std::string kSample = OMBREVALE_SAMPLE;
 
 // Words of a table row with STYLE, PAL and OUT... put in place.
 inline std::vector<std::string> Place(std::vector<std::string> args, const std::string& style,
-                                      const testsupport::TempDir& dir, const std::string& pal = "") {
+                                      const ombrevale::testsupport::TempDir& dir, const std::string& pal = "") {
     for (auto& a : args) {
         if (a == "STYLE")
             a = style;

@@ -15,7 +15,7 @@ namespace sw = ombrevale::stylewriter;
 using namespace ombrevale::clitest;
 
 TEST(SampleStyle, RegeneratingGivesTheCommittedBytes) {
-    testsupport::TempDir dir;
+    ombrevale::testsupport::TempDir dir;
     ASSERT_EQ(ombrevale::clitest::Run(OMBREVALE_MAKE_SAMPLE, {dir.File("fresh.sty")}).exitCode, 0);
     EXPECT_TRUE(sw::ReadFile(dir.File("fresh.sty")) == sw::ReadFile(kSample))
         << "samples/ombrevale-sample.sty is out of date: run make-sample-style";

@@ -25,7 +25,7 @@ enum class Folder { Plain, LinkNamedTempBmp, TempBmpCannotBeWritten };
 class StartupTiming : public ::testing::TestWithParam<Folder> {};
 
 TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
-    testsupport::TempDir start, runtime, elsewhere;
+    ombrevale::testsupport::TempDir start, runtime, elsewhere;
     const std::string target = elsewhere.File("precious.txt");
     ombrevale::stylewriter::WriteFile(target, ombrevale::stylewriter::Text("keep me"));
     if (GetParam() == Folder::LinkNamedTempBmp) fs::create_symlink(target, start.path() / "temp.bmp");
