@@ -48,15 +48,7 @@ INSTANTIATE_TEST_SUITE_P(
     Files, ImportGood,
     ::testing::Values(GoodFile{"CrLf", Jasc("\r\n")}, GoodFile{"CrAlone", Jasc("\r")}, GoodFile{"Lf", Jasc("\n")},
                       GoodFile{"CountLineSays16", Jasc("\r\n", 256, "16")},
-                      GoodFile{"FourthFieldIgnored", "JASC-PAL\n0100\n256\n" +
-                                                         [] {
-                                                             std::string s;
-                                                             for (int i = 0; i < 256; ++i)
-                                                                 s += std::to_string(i) + " " +
-                                                                      std::to_string((i * 3) % 256) + " " +
-                                                                      std::to_string(255 - i) + " 40\n";
-                                                             return s;
-                                                         }()},
+                      GoodFile{"FourthFieldIgnored", "JASC-PAL\n0100\n256\n" + ColourLines(256, " 40\n")},
                       GoodFile{"LinesBehindAreNotRead", Jasc("\n") + "garbage\n"}),
     [](const auto& p) { return std::string(p.param.name); });
 

@@ -85,45 +85,28 @@ TEST_P(Refused, TellsOnceAndWritesNothing) {
     EXPECT_EQ(modDeclares::STYDeltaStore, deltas);
 }
 
+using Pic = TestPicture;
+using Path = const std::string&;
+std::int16_t own = -1, three = 3;
+
 INSTANTIATE_TEST_SUITE_P(
     BadNumbers, Refused,
     ::testing::Values(
-        Refusal{"TileMinusOne", [](clsSTY& d, const std::string&, TestPicture& p) { return d.RenderTile(-1, p); }},
-        Refusal{"TilePastEnd", [](clsSTY& d, const std::string& f, TestPicture&) { return d.SaveTile(f, 4); }},
+        Refusal{"TileMinusOne", [](clsSTY& d, Path, Pic& p) { return d.RenderTile(-1, p); }},
+        Refusal{"TilePastEnd", [](clsSTY& d, Path f, Pic&) { return d.SaveTile(f, 4); }},
         Refusal{"TileWithoutPaletteEntry",
-                [](clsSTY& d, const std::string&, TestPicture& p) {
-                    modDeclares::STYPalIndex[0] = 99;
-                    return d.RenderTile(0, p);
-                }},
-        Refusal{"SpritePastEnd",
-                [](clsSTY& d, const std::string& f, TestPicture&) {
-                    std::int16_t pal = -1;
-                    return d.SaveSprite(f, 9, pal);
-                }},
-        Refusal{"SpritePaletteMissing",
-                [](clsSTY& d, const std::string&, TestPicture& p) {
-                    std::int16_t pal = 3;
-                    return d.RenderSprite(0, p, pal);
-                }},
-        Refusal{"SpriteOwnPaletteBeyondTable",
-                [](clsSTY& d, const std::string& f, TestPicture&) {
-                    modDeclares::STYPalBase[0] = 1000;
-                    std::int16_t pal = -1;
-                    return d.SaveSprite(f, 0, pal);
-                }},
-        Refusal{"DeltaOfMissingSprite",
-                [](clsSTY& d, const std::string& f, TestPicture&) {
-                    std::int16_t pal = -1;
-                    return d.SaveDelta(f, 0, -3, pal);
-                }},
-        Refusal{"SetBitsTilePastEnd",
-                [](clsSTY& d, const std::string&, TestPicture&) { return d.SetBitsTile(7, ByteString(4096, 1)); }},
-        Refusal{"SetBitsSpritePastEnd",
-                [](clsSTY& d, const std::string&, TestPicture&) { return d.SetBits(40, ByteString(8, 1)); }},
-        Refusal{"ImportIntoMissingPalette",
-                [](clsSTY& d, const std::string& f, TestPicture&) { return d.ImportPalette(f, 3); }},
-        Refusal{"ColourOutOfRange", [](clsSTY& d, const std::string&, TestPicture&) { return d.GetCol(0, 256) != 0; }},
-        Refusal{"PaletteOutOfRange", [](clsSTY& d, const std::string&, TestPicture&) { return d.GetCol(-1, 0) != 0; }}),
+                [](clsSTY& d, Path, Pic& p) { return modDeclares::STYPalIndex[0] = 99, d.RenderTile(0, p); }},
+        Refusal{"SpritePastEnd", [](clsSTY& d, Path f, Pic&) { return d.SaveSprite(f, 9, own = -1); }},
+        Refusal{"SpritePaletteMissing", [](clsSTY& d, Path, Pic& p) { return d.RenderSprite(0, p, three = 3); }},
+        Refusal{
+            "SpriteOwnPaletteBeyondTable",
+            [](clsSTY& d, Path f, Pic&) { return modDeclares::STYPalBase[0] = 1000, d.SaveSprite(f, 0, own = -1); }},
+        Refusal{"DeltaOfMissingSprite", [](clsSTY& d, Path f, Pic&) { return d.SaveDelta(f, 0, -3, own = -1); }},
+        Refusal{"SetBitsTilePastEnd", [](clsSTY& d, Path, Pic&) { return d.SetBitsTile(7, ByteString(4096, 1)); }},
+        Refusal{"SetBitsSpritePastEnd", [](clsSTY& d, Path, Pic&) { return d.SetBits(40, ByteString(8, 1)); }},
+        Refusal{"ImportIntoMissingPalette", [](clsSTY& d, Path f, Pic&) { return d.ImportPalette(f, 3); }},
+        Refusal{"ColourOutOfRange", [](clsSTY& d, Path, Pic&) { return d.GetCol(0, 256) != 0; }},
+        Refusal{"PaletteOutOfRange", [](clsSTY& d, Path, Pic&) { return d.GetCol(-1, 0) != 0; }}),
     [](const auto& p) { return std::string(p.param.name); });
 
 }  // namespace
