@@ -7,11 +7,9 @@
 #include "workbench/pacedprogressbar.h"
 #include "workbench/panes_events.h"
 
-namespace {
-
 // One call per word: m setMinimum, M setMaximum, r setRange(a,b), v setValue, x reset.
 template <typename Bar>
-void Apply(Bar& bar, const QString& op) {
+static void Apply(Bar& bar, const QString& op) {
     const QStringList n = op.mid(1).split(',');
     if (op[0] == 'm') bar.setMinimum(n[0].toInt());
     if (op[0] == 'M') bar.setMaximum(n[0].toInt());
@@ -19,8 +17,6 @@ void Apply(Bar& bar, const QString& op) {
     if (op[0] == 'v') bar.setValue(n[0].toInt());
     if (op[0] == 'x') bar.reset();
 }
-
-}  // namespace
 
 class PacedProgressBarTest : public QObject {
     Q_OBJECT
@@ -43,8 +39,8 @@ private slots:
         for (const QString& op : (QStringList{"?"} + ops.split(' ', Qt::SkipEmptyParts))) {
             Apply(qt, op);
             Apply(paced, op);
-            QVERIFY2(paced.minimum() == qt.minimum() && paced.maximum() == qt.maximum(), qPrintable(op));
-            QVERIFY2(paced.value() == qt.value(), qPrintable(op));
+            QVERIFY2(paced.minimum() == qt.minimum() && paced.maximum() == qt.maximum() && paced.value() == qt.value(),
+                     qPrintable(op));
         }
     }
 

@@ -36,7 +36,7 @@ QImage Grown(const QImage& img, QSize s, QRgb back) {
 
 class PictureBoxTest : public QObject {
     Q_OBJECT
-    testsupport::TempDir dir_;
+    ombrevale::testsupport::TempDir dir_;
     // A picture as the pixel engine writes it, through WriteBMP with palette 0; its path.
     QString EngineBmp(int w, int h) {
         std::vector<std::uint8_t> pixels;
@@ -52,7 +52,6 @@ private slots:
         modDeclares::STYPalData.assign(1, modDeclares::Palette{});
         for (std::size_t i = 0; i < 1024; ++i) modDeclares::STYPalData[0][i] = static_cast<std::uint8_t>(i * 37 + 5);
     }
-    void cleanupTestCase() { modDeclares::ResetSharedStores(); }
 
     // The work file as a write over a longer one leaves it, cut short, or missing:
     // the picture as Qt reads it, or the control as it was.

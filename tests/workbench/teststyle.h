@@ -28,19 +28,13 @@ inline QRgb PaletteColour(int p, int c) { return qRgb(255 - c, (p * 3) % 256, c)
 // The style with tileCount tiles, 3 cars, 2 peds, 1 map object and the recycling bytes 7, 123, 255.
 inline void WriteStyle(const std::string& path, int tileCount) {
     std::vector<TilePixels> tiles(static_cast<std::size_t>(tileCount));
-    for (int t = 0; t < tileCount; ++t)
-        for (int y = 0; y < 64; ++y)
-            for (int x = 0; x < 64; ++x)
-                tiles[static_cast<std::size_t>(t)][static_cast<std::size_t>(y * 64 + x)] =
-                    static_cast<std::uint8_t>(TileByte(t, x, y));
+    for (std::size_t t = 0; t < tiles.size(); ++t)
+        for (std::size_t i = 0; i < 4096; ++i) tiles[t][i] = std::uint8_t(TileByte(int(t), int(i % 64), int(i / 64)));
     std::vector<PaletteBytes> pals(kPalettes);
-    for (int p = 0; p < kPalettes; ++p)
-        for (int c = 0; c < 256; ++c) {
-            const QRgb rgb = PaletteColour(p, c);
-            auto& b = pals[static_cast<std::size_t>(p)];
-            b[static_cast<std::size_t>(c * 4)] = static_cast<std::uint8_t>(qBlue(rgb));
-            b[static_cast<std::size_t>(c * 4 + 1)] = static_cast<std::uint8_t>(qGreen(rgb));
-            b[static_cast<std::size_t>(c * 4 + 2)] = static_cast<std::uint8_t>(qRed(rgb));
+    for (std::size_t p = 0; p < pals.size(); ++p)
+        for (std::size_t i = 0; i < 1024; ++i) {  // blue, green, red, a byte unused
+            const QRgb rgb = PaletteColour(int(p), int(i / 4));
+            pals[p][i] = std::uint8_t(i % 4 == 0 ? qBlue(rgb) : i % 4 == 1 ? qGreen(rgb) : i % 4 == 2 ? qRed(rgb) : 0);
         }
     Bytes palx;
     for (int t = 0; t < tileCount; ++t) palx = Cat({palx, LE16(TilePalette(t))});
@@ -65,8 +59,7 @@ inline void WritePrefix(const std::string& prefixDir, const std::string& stylePa
         << "WINE REGISTRY Version 2\n"
            ";; All keys relative to REGISTRY\\\\User\\\\S-1-5-21-0-0-0-1000\n\n#arch=win64\n\n"
            "[Software\\\\DMA Design LTd\\\\Gta2 Editor\\\\App Defaults] 1700000000\n"
-           "#time=1da1747c66d0000\n"
-           "\"App Style File\"=\""
+           "#time=1da1747c66d0000\n\"App Style File\"=\""
         << windows << "\"\n";
 }
 
