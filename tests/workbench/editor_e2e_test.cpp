@@ -1,7 +1,7 @@
 // The window and the editor stand-in under Wine: a start in a cold prefix
 // draws the sheet without waiting for Wine; a click on a tile, given as the
 // platform would, reaches the stand-in's row before it (how the row is
-// clicked is the link's own test).
+// clicked is the link's own test); Refresh reads the style setting live.
 #include <QtTest>
 #include <QtWidgets>
 
@@ -15,6 +15,13 @@
 #include "workbench/picturebox.h"
 
 constexpr int kTiles = 600;
+
+// Sets the editor's style setting the way the editor would, through Wine's own registry.
+bool SetEditorStyle(const std::string& unixPath) {
+    const QString windowsPath = "Z:" + QString::fromStdString(unixPath).replace('/', '\\');
+    return QProcess::execute("wine", {"reg", "add", "HKCU\\Software\\DMA Design LTd\\Gta2 Editor\\App Defaults", "/v",
+                                      "App Style File", "/d", windowsPath, "/f"}) == 0;
+}
 
 class EditorE2ETest : public QObject {
     Q_OBJECT
@@ -81,6 +88,23 @@ private slots:
         QVERIFY2(editor_->WaitFor("lbuttonup", from, 5000), "the stand-in logged no release");
         QCOMPARE(window_->picMain->Tag, QString::number(tile));
         QCOMPARE(editor_->Lines().at(from), QStringLiteral("setcursel %1 %1").arg(row).toStdString());
+    }
+
+    void refreshReadsTheRegistryLive() {
+        const std::string first = dir_.File("first.sty"), second = dir_.File("second.sty");
+        wbtest::WriteStyle(first, 40);
+        wbtest::WriteStyle(second, 64);
+        QVERIFY(SetEditorStyle(first));
+        frmSTY2 window;
+        QCOMPARE(window.Sty().GetNumOfTiles(), 40);
+        QVERIFY(SetEditorStyle(second));
+        // The temporary folder's name is new to this run.
+        QFile userReg(qgetenv("WINEPREFIX") + "/user.reg");
+        QVERIFY(userReg.open(QIODevice::ReadOnly));
+        QVERIFY2(!userReg.readAll().contains(QByteArray::fromStdString(dir_.path().filename().string())),
+                 "Wine wrote user.reg already: the test cannot tell a live read from the file");
+        window.cmdGen_Click();
+        QCOMPARE(window.Sty().GetNumOfTiles(), 64);
     }
 
     void cleanupTestCase() {

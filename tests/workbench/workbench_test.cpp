@@ -12,6 +12,7 @@
 #include "workbench/pacedprogressbar.h"
 #include "workbench/panes_events.h"
 #include "workbench/picturebox.h"
+#include "workbench/topmost.h"
 
 constexpr int kTiles = 120;
 static QImage Sheet(const frmSTY2& w) { return w.picMain->image(); }
@@ -204,6 +205,33 @@ private slots:
         QCOMPARE(f->l->text(), max >= 3 ? QStringLiteral("Stepping...") : QStringLiteral("Start..."));
         QCOMPARE(QList<int>({f->pbar->minimum(), f->pbar->maximum(), f->pbar->value()}), bar);
         modGTA2::ProgressEnd();
+    }
+
+    void renderReportsEachTile() {
+        ombrevale::testsupport::HookRecorder hooks;
+        frmSTY2 w(style_);
+        std::vector<std::string> want = {"start 0 " + std::to_string(kTiles - 1) + " Please Wait..."};
+        for (int t = 0; t < kTiles; ++t) want.push_back("step " + std::to_string(t) + " Rendering...");
+        want.push_back("end");
+        const auto& calls = hooks.calls();
+        const auto at = std::find(calls.begin(), calls.end(), want.front());
+        QCOMPARE(std::vector<std::string>(at, calls.end()), want);
+    }
+
+    // Top-most until the first resize with the window shown; set again in place, same native window.
+    void topMostUntilResizedVisible() {
+        auto w = Open();
+        const WId id = w->winId();
+        int hides = 0;
+        new PanesEventTap(w.get(), QEvent::Hide, [&hides](QEvent*) { ++hides; });
+        QVERIFY(w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        w->resize(700, 600);
+        QCoreApplication::processEvents();
+        QVERIFY(!w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        ombrevale::workbench::SetTopMost(w.get(), true);
+        QVERIFY(w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QCOMPARE(w->winId(), id);
+        QCOMPARE(hides, 0);
     }
 
     void messageBoxesBelongToTheWindow() {
