@@ -58,14 +58,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const auto& was = before[static_cast<std::size_t>(p)];
         for (std::size_t i = 0; i < now.size(); ++i) {
             const bool mayChange = p == target && i % 4 != 3;
-            if (!mayChange && now[i] != was[i]) ombrevale::fuzzing::Broken("an import changed a byte outside its colours");
+            if (!mayChange && now[i] != was[i])
+                ombrevale::fuzzing::Broken("an import changed a byte outside its colours");
         }
     }
 
     const std::string text = AsJasc(STYPalData[static_cast<std::size_t>(target)]);
     ombrevale::fuzzing::WriteFile("round.pal", reinterpret_cast<const std::uint8_t*>(text.data()), text.size());
     const std::int32_t other = (target + 1) % kPalettes;
-    if (!doc.ImportPalette("round.pal", other)) ombrevale::fuzzing::Broken("a palette written as JASC-PAL did not import");
+    if (!doc.ImportPalette("round.pal", other))
+        ombrevale::fuzzing::Broken("a palette written as JASC-PAL did not import");
     const auto& a = STYPalData[static_cast<std::size_t>(target)];
     const auto& b = STYPalData[static_cast<std::size_t>(other)];
     for (std::size_t i = 0; i < a.size(); ++i)

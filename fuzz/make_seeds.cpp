@@ -87,7 +87,8 @@ int main(int argc, char** argv) {
 
     const auto full = ombrevale::stylewriter::MakeFullStyle();
     ombrevale::stylewriter::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());
-    ombrevale::stylewriter::WriteFile((out / "loadsty/scrambled.sty").string(), ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
+    ombrevale::stylewriter::WriteFile((out / "loadsty/scrambled.sty").string(),
+                                      ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
     ombrevale::stylewriter::WriteFile((out / "loadsty/compact.sty").string(), Compact(full, false).bytes());
     ombrevale::stylewriter::WriteFile((out / "loadsty/deltas.sty").string(), Compact(full, true).bytes());
 

@@ -17,7 +17,8 @@ enum Slot { kSearch, kClick };
 void SearchNow() {
     std::vector<std::string> answer;
     unsigned long h = 0;
-    if (ombrevale::linkhelper::Request("find", answer) && std::sscanf(answer[0].c_str(), "found %lu", &h) == 1 && h != 0)
+    if (ombrevale::linkhelper::Request("find", answer) && std::sscanf(answer[0].c_str(), "found %lu", &h) == 1 &&
+        h != 0)
         hWndEditorList = static_cast<std::uint32_t>(h);
 }
 

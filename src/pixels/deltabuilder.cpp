@@ -84,7 +84,8 @@ bool clsSTY::SetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, Byte
     if (!ombrevale::pixelchecks::SpriteExists(*this, spriteIdx))
         return Refuse("There is no sprite " + std::to_string(spriteIdx) + ".");
     ombrevale::deltaruns::Place place;
-    if (!ombrevale::deltaruns::Find(deltaNumber, spriteIdx, place)) return Refuse("There is no " + name + " to replace.");
+    if (!ombrevale::deltaruns::Find(deltaNumber, spriteIdx, place))
+        return Refuse("There is no " + name + " to replace.");
     const auto g = ombrevale::spriteblock::Of(*this, spriteIdx);
     const auto expected = static_cast<std::size_t>(g.padded) * static_cast<std::size_t>(g.height);
     const ByteString oldTop = ombrevale::spriteblock::RowsTopFirst(*this, g);

@@ -59,7 +59,7 @@ std::optional<std::array<std::uint8_t, 3>> ColourLine(const std::string& line) {
 
 bool Fail(const std::string& file, const std::string& why) {
     return ombrevale::pixelchecks::Refuse("The palette file " + file + " was not imported: " + why +
-                               ". The palette is unchanged.");
+                                          ". The palette is unchanged.");
 }
 
 }  // namespace

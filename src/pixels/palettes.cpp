@@ -4,7 +4,8 @@
 
 std::int32_t clsSTY::GetCol(std::int32_t Pal, std::int32_t Col) const {
     if (!ombrevale::pixelchecks::PaletteExists(Pal) || Col < 0 || Col > 255) {
-        ombrevale::pixelchecks::Refuse("There is no colour " + std::to_string(Col) + " in palette " + std::to_string(Pal) + ".");
+        ombrevale::pixelchecks::Refuse("There is no colour " + std::to_string(Col) + " in palette " +
+                                       std::to_string(Pal) + ".");
         return 0;
     }
     const auto& c = modDeclares::STYPalData[static_cast<std::size_t>(Pal)];

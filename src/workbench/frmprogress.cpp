@@ -20,7 +20,8 @@ frmProgress::frmProgress(QWidget* parent) : QDialog(parent, Qt::Tool | Qt::Custo
     l = new PacedLabel(QStringLiteral("Loading..."), this);
     // As wide as the window allows rather than sized to each caption: a label
     // that changes its size makes the window redraw around it at every section.
-    l->setGeometry(ombrevale::twips::ToPx(270), ombrevale::twips::ToPx(120), width() - ombrevale::twips::ToPx(270), l->sizeHint().height());
+    l->setGeometry(ombrevale::twips::ToPx(270), ombrevale::twips::ToPx(120), width() - ombrevale::twips::ToPx(270),
+                   l->sizeHint().height());
     modGTA2::CenterForm(this);
 }
 

@@ -43,7 +43,7 @@ private slots:
     void initTestCase() {
         const std::string missing = ombrevale::standin::MissingPieces();
         QVERIFY2(missing.empty(), ("the Wine pieces are not all there: " + missing).c_str());
-        wbtest::WriteStyle(dir_.File("e2e.sty"), kTiles);
+        ombrevale::wbtest::WriteStyle(dir_.File("e2e.sty"), kTiles);
     }
 
     void coldStartDrawsTheSheetBeforeTheHelperAnswers() {
@@ -92,8 +92,8 @@ private slots:
 
     void refreshReadsTheRegistryLive() {
         const std::string first = dir_.File("first.sty"), second = dir_.File("second.sty");
-        wbtest::WriteStyle(first, 40);
-        wbtest::WriteStyle(second, 64);
+        ombrevale::wbtest::WriteStyle(first, 40);
+        ombrevale::wbtest::WriteStyle(second, 64);
         QVERIFY(SetEditorStyle(first));
         frmSTY2 window;
         QCOMPARE(window.Sty().GetNumOfTiles(), 40);

@@ -8,7 +8,7 @@
 
 #include "stylewriter/stylewriter.h"
 
-namespace wbtest {
+namespace ombrevale::wbtest {
 
 using namespace ombrevale::stylewriter;
 inline constexpr int kPalettes = 64;
@@ -63,4 +63,4 @@ inline void WritePrefix(const std::string& prefixDir, const std::string& stylePa
         << windows << "\"\n";
 }
 
-}  // namespace wbtest
+}  // namespace ombrevale::wbtest

@@ -29,12 +29,12 @@ class WorkbenchTest : public QObject {
     }
 
 private slots:
-    void initTestCase() { wbtest::WriteStyle(style_, kTiles); }
+    void initTestCase() { ombrevale::wbtest::WriteStyle(style_, kTiles); }
 
     // Without a style on the command line the registry names it; without a value, one empty row.
     void startFromRegistry() {
         for (bool withValue : {false, true}) {  // no value first: the stores are still the process's
-            if (withValue) wbtest::WritePrefix(dir_.File("prefix"), style_);  // the same style from then on
+            if (withValue) ombrevale::wbtest::WritePrefix(dir_.File("prefix"), style_);  // the same style from then on
             qputenv("WINEPREFIX", QByteArray::fromStdString(dir_.File(withValue ? "prefix" : "")));
             ombrevale::testsupport::HookRecorder hooks;
             frmSTY2 w;
@@ -51,9 +51,9 @@ private slots:
         QCOMPARE(w->lstPalettes->item(63)->text(), QStringLiteral("Palette: 64"));
         QCOMPARE(w->lstRecy->count(), 2);      // "007", "123": the closing 255 is no row
         for (int t : {0, 1, 9, kTiles - 1}) {  // nine columns; tile 1 has colour 0 at its corner
-            const int c = wbtest::TileByte(t, 0, 0);
+            const int c = ombrevale::wbtest::TileByte(t, 0, 0);
             QCOMPARE(Sheet(*w).pixel(t % 9 * 64, t / 9 * 64),
-                     c ? wbtest::PaletteColour(wbtest::TilePalette(t), c) : qRgb(255, 0, 255));
+                     c ? ombrevale::wbtest::PaletteColour(ombrevale::wbtest::TilePalette(t), c) : qRgb(255, 0, 255));
         }
     }
 
