@@ -64,16 +64,6 @@ TEST_F(Scene, EmptySpriteLeavesThePictureAsItWas) {
     EXPECT_TRUE(hooks.messages().empty());
 }
 
-TEST_F(Scene, GetBitsThenSetBitsChangesNothing) {
-    const auto store = doc.STYSpriteData;
-    for (std::int16_t s = 0; s < 9; ++s) {
-        const ByteString bits = doc.GetBits(s);
-        ASSERT_EQ(bits.size(), PaddedWidth(static_cast<std::size_t>(s)) * kSprites[s].height) << s;
-        ASSERT_TRUE(doc.SetBits(s, bits));
-    }
-    EXPECT_EQ(doc.STYSpriteData, store);
-}
-
 // Padding bytes are written too: they are the neighbour's pixels.
 TEST_F(Scene, SetBitsWritesWholePaddedRowsBottomFirst) {
     const std::size_t W = PaddedWidth(0);

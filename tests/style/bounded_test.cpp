@@ -83,8 +83,6 @@ std::vector<BoundCase> Cases() {
              return s.bytes();
          },
          false},
-        {"TilesClaimed32768WithOneStrip",
-         [] { return StyleBytes().AddWithSize("TILE", 32768LL * 4096, Bytes(16384, 7)).bytes(); }, false},
         // Equal tiles share one block.
         {"Tiles32764", [] { return StyleBytes().Add("TILE", Bytes(32764ULL * 4096, 3)).bytes(); }, true, 0.01},
         // Read in pieces: the stores, not the stores beside the whole file.
@@ -104,11 +102,6 @@ std::vector<BoundCase> Cases() {
              return StyleBytes().Add("DELX", Repeat(Cat({LE16(1), {255, 0}, Bytes(510, 1)}), 2000)).bytes();
          },
          true},
-        {"DeltaIndexClaimsMoreThanItHolds",
-         [] {
-             return StyleBytes().AddWithSize("DELX", kHuge, Repeat(Cat({LE16(1), {0, 0}}), 5000)).bytes();
-         },
-         false},
         {"CarRecords3000WithRemapsAndDoors",
          [] {
              Bytes car{1, 2, 8, 8, 255, 0, 0, 0, 0, 0, 0, 0, 0, 0};
@@ -118,13 +111,6 @@ std::vector<BoundCase> Cases() {
              return StyleBytes().Add("CARI", Repeat(car, 3000)).bytes();
          },
          true},
-        {"CarInfoClaimsMoreThanItHolds",
-         [] {
-             return StyleBytes()
-                 .AddWithSize("CARI", kHuge, Repeat(Bytes{1, 2, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}, 5000))
-                 .bytes();
-         },
-         false},
     };
 }
 

@@ -163,13 +163,4 @@ INSTANTIATE_TEST_SUITE_P(
                     {"the TILE section holds no tiles", "1 stray byte after the last section was passed over"}}),
     [](const auto& p) { return p.param.name; });
 
-TEST_F(Damaged, MissingFileIsReportedAndNothingChanges) {
-    clsSTY doc;
-    HookRecorder hooks;
-    EXPECT_FALSE(doc.LoadSTY(dir.File("no-such.sty")));
-    ASSERT_EQ(hooks.messages().size(), 1u);
-    EXPECT_NE(hooks.messages()[0].find("no-such.sty"), std::string::npos);
-    EXPECT_EQ(TakeSnapshot(doc), TakeSnapshot(clsSTY{}));
-}
-
 }  // namespace

@@ -10,20 +10,10 @@ std::string Num(double v) {
     return buf;
 }
 const char* IconName(MsgIcon icon) {
-    switch (icon) {
-        case MsgIcon::None:
-            return "none";
-        case MsgIcon::Critical:
-            return "critical";
-        case MsgIcon::Question:
-            return "question";
-        case MsgIcon::Exclamation:
-            return "exclamation";
-        case MsgIcon::Information:
-            return "information";
-    }
-    return "?";
+    static const char* const names[] = {"none", "critical", "question", "exclamation", "information"};
+    return names[static_cast<int>(icon)];
 }
+
 }  // namespace
 
 HookRecorder::HookRecorder() : previous_(InstalledDocumentHooks()) {

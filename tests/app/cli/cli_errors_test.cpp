@@ -132,15 +132,6 @@ INSTANTIATE_TEST_SUITE_P(Files, CliBadStyle,
                              return std::string(std::get<0>(row.param).name) + "_" + std::get<1>(row.param)[0];
                          });
 
-INSTANTIATE_TEST_SUITE_P(Pictures, CliBadStyle,
-                         ::testing::Combine(::testing::Values(kBadStyles[4]),
-                                            ::testing::Values(std::vector<std::string>{"tile", "STYLE", "0", "OUT.bmp"},
-                                                              std::vector<std::string>{"delta", "STYLE", "0", "0",
-                                                                                       "OUT.bmp"},
-                                                              std::vector<std::string>{"export", "STYLE", "OUTDIR"},
-                                                              std::vector<std::string>{"sheet", "STYLE", "OUT.png"})),
-                         [](const auto& row) { return std::get<1>(row.param)[0]; });
-
 class CliUnwritableOutput : public ::testing::TestWithParam<std::vector<std::string>> {};
 
 TEST_P(CliUnwritableOutput, NamesTheOutput) {
