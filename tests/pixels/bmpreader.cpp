@@ -9,10 +9,8 @@ std::uint32_t U32At(const Bytes& b, std::size_t at) {
            (static_cast<std::uint32_t>(b[at + 3]) << 24);
 }
 
-std::uint16_t U16At(const Bytes& b, std::size_t at) { return static_cast<std::uint16_t>(b[at] | (b[at + 1] << 8)); }
-
 bool DecodeBmp(const Bytes& file, Picture& out) {
-    if (file.size() < 1078 || file[0] != 'B' || file[1] != 'M' || U16At(file, 28) != 8) return false;
+    if (file.size() < 1078 || file[0] != 'B' || file[1] != 'M' || file[28] != 8) return false;
     const auto w = static_cast<int>(U32At(file, 18)), h = static_cast<int>(U32At(file, 22));
     const int stride = (w + 3) / 4 * 4;
     if (w < 1 || h < 1 || file.size() < 1078u + static_cast<std::size_t>(stride * h)) return false;

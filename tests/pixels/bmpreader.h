@@ -16,7 +16,6 @@ namespace ombrevale::pixeltest {
 using ombrevale::stylewriter::Bytes;
 
 std::uint32_t U32At(const Bytes& b, std::size_t at);
-std::uint16_t U16At(const Bytes& b, std::size_t at);
 
 // A picture as 24-bit colours, row 0 at the top.
 struct Picture {

@@ -19,7 +19,6 @@ public:
 
     const std::vector<std::string>& calls() const { return calls_; }
     std::vector<std::string> messages() const;  // only the "msg" lines
-    void clear() { calls_.clear(); }
 
 private:
     std::vector<std::string> calls_;

@@ -129,7 +129,6 @@ private slots:
         QTest::addColumn<QList<int>>("keys");
         QTest::addColumn<QString>("expect");
         QTest::newRow("Up at the top stays") << QList<int>{Qt::Key_Up} << "0";
-        QTest::newRow("Page Up at the top stays") << QList<int>{Qt::Key_PageUp} << "0";
         QTest::newRow("Down is one row") << QList<int>{Qt::Key_Down} << "64";
         QTest::newRow("Page Down is a page") << QList<int>{Qt::Key_PageDown} << "page";
         QTest::newRow("Page Down stops at the end") << QList<int>(30, Qt::Key_PageDown) << "max";

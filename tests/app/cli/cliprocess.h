@@ -2,7 +2,6 @@
 // Runs a built program as its own process and keeps what it said.
 
 #include <QProcess>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,12 +11,11 @@ namespace ombrevale::clitest {
 
 struct RunResult {
     int exitCode = -1;
-    std::string out;
-    std::string err;
+    std::string out, err;
     std::vector<std::string> ErrLines() const {
         std::vector<std::string> lines;
-        std::istringstream in(err);
-        for (std::string line; std::getline(in, line);) lines.push_back(line);
+        for (const QString& l : QString::fromStdString(err).split('\n', Qt::SkipEmptyParts))
+            lines.push_back(l.toStdString());
         return lines;
     }
 };
@@ -38,15 +36,8 @@ inline const std::string kSample = OMBREVALE_SAMPLE;
 
 // Words of a table row with STYLE, PAL and OUT... put in place.
 inline std::vector<std::string> Place(std::vector<std::string> args, const std::string& style,
-                                      const ombrevale::testsupport::TempDir& dir, const std::string& pal = "") {
-    for (auto& a : args) {
-        if (a == "STYLE")
-            a = style;
-        else if (a == "PAL")
-            a = pal;
-        else if (a.rfind("OUT", 0) == 0)
-            a = dir.File(a);
-    }
+                                      const testsupport::TempDir& dir, const std::string& pal = "") {
+    for (auto& a : args) a = a == "STYLE" ? style : a == "PAL" ? pal : a.rfind("OUT", 0) == 0 ? dir.File(a) : a;
     return args;
 }
 
