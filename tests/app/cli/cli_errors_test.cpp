@@ -99,7 +99,9 @@ const BadStyle kBadStyles[] = {
     {"Empty", [] { return sw::Bytes{}; }},
     {"WrongMagic",
      [] {
-         return sw::Cat({sw::Text("GBSX"), sw::Bytes(Sample().begin() + 4, Sample().end())});
+         sw::Bytes b = Sample();
+         b[3] = 'X';
+         return b;
      }},
     {"CutInsideTiles", [] { return Cut(100); }},
     {"CutInsideSprites", [] { return Cut(Sample().size() - 400000); }},
