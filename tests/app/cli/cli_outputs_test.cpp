@@ -7,6 +7,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 
@@ -240,9 +241,18 @@ QJsonArray Ints(const auto& values, std::size_t count) {
 TEST_F(Cli, InfoReportsWhatTheDocumentLoaded) {
     using namespace modDeclares;
     const QJsonObject info = InfoOf(kSample);
-    EXPECT_EQ(info.keys(), QStringList({"cars", "delta_data_bytes", "deltas", "font_base", "object_info_bytes",
-                                        "pal_base", "palettes", "palx", "recycle", "sections", "sprite_base",
-                                        "sprite_data_bytes", "sprites", "surface_spec_bytes", "tiles", "warnings"}));
+    EXPECT_EQ(info.keys(),
+              QStringList({"cars", "delta_data_bytes", "deltas", "font_base", "object_info_bytes", "pal_base",
+                           "palettes", "palx", "recycle", "sections", "sprite_base", "sprite_data_bytes", "sprites",
+                           "surface_spec_bytes", "surfaces", "tiles", "warnings"}));
+    // Every tile under exactly one type, and the sample's lists are not all empty.
+    std::vector<int> seen(static_cast<std::size_t>(doc_->GetNumOfTiles()));
+    const QJsonObject surfaces = info["surfaces"].toObject();
+    EXPECT_EQ(surfaces.size(), 10);
+    for (const auto& list : surfaces)
+        for (const auto& t : list.toArray()) ++seen.at(static_cast<std::size_t>(t.toInt()));
+    EXPECT_EQ(std::count(seen.begin(), seen.end(), 1), doc_->GetNumOfTiles());
+    EXPECT_FALSE(surfaces["road"].toArray().isEmpty());
     EXPECT_EQ(info["tiles"].toInt(), doc_->GetNumOfTiles());
     EXPECT_EQ(info["palettes"].toInt(), doc_->GetNumOfPals());
     EXPECT_EQ(info["palx"].toInt(), doc_->GetNumOfPalx());
@@ -280,7 +290,11 @@ TEST(CliInfo, SectionsFollowThePresentFlagsAndWarningsAreListed) {
         sw::StyleBytes().Add("spec", {2, 0, 0, 0}).Add("RECY", {3, 1, 255}).Add("PALX", sw::LE16(0)).Raw({0}).bytes());
     const QJsonObject info = InfoOf(style);
     EXPECT_EQ(info["sections"].toArray(), QJsonArray({"PALX", "RECY", "SPEC"}));
-    EXPECT_EQ(info["warnings"].toArray(), QJsonArray({"1 stray byte after the last section was passed over"}));
+    EXPECT_EQ(info["warnings"].toArray(),
+              QJsonArray({"1 stray byte after the last section was passed over",
+                          "The surface list (SPEC) is damaged: it ends after 1 of its 9 lists; 1 of its tile numbers "
+                          "are beyond the style's 0 tiles. The types are shown as far as it is sound."}));
+    EXPECT_EQ(info["surfaces"].toObject()["grass/dirt"].toArray(), QJsonArray());
     EXPECT_EQ(info["recycle"].toArray(), QJsonArray({3, 1}));
 }
 
