@@ -219,7 +219,21 @@ void frmSTY2::cmdGen_Click() {
     RenderSheet();
 }
 
+bool frmSTY2::ViewKey(int key) {
+    const int page = MainTab->currentIndex();
+    if (page == 0 && key == Qt::Key_G)
+        AskGoToTile();
+    else if (page == 0 && key == Qt::Key_T)
+        ShowSurfaces(!surfacesShown_);
+    else if (page == 1 && key == Qt::Key_F)
+        AskFindSprite();
+    else
+        return false;
+    return true;
+}
+
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == picMain && event->type() == QEvent::ToolTip) return SheetToolTip(event);
     // The wheel over the sheet scrolls it as it would over the scroll bar.
     if (event->type() == QEvent::Wheel && (watched == picMain || watched == picCont)) {
         QCoreApplication::sendEvent(vScroll, event);
@@ -258,6 +272,7 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
                     break;
             }
             if (code != 0) Form_KeyDown(code, static_cast<int>(ke->modifiers()));
+            if (ke->modifiers() == Qt::ControlModifier && ViewKey(ke->key())) return true;
         }
     }
     return QWidget::eventFilter(watched, event);

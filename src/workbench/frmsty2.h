@@ -21,6 +21,10 @@ class QLineEdit;
 class PictureBox;
 class QComboBox;
 class QTreeWidget;
+namespace ombrevale::workbench {
+class SurfaceOverlay;
+class SurfaceLegend;
+}  // namespace ombrevale::workbench
 
 class frmSTY2 : public QWidget {
     Q_OBJECT
@@ -85,6 +89,17 @@ public:
     void cmdRecyRemove_Click();
     void SyncRecycle();
     void tlbMain_ButtonClick(const QString& Key);
+    // ---- Views the user asks for; none shows at start (frmsty2_surfaces/_goto.cpp) ----
+    // The surface types tinted over the sheet, with a legend and a tip a cell.
+    void ShowSurfaces(bool on);
+    bool SurfacesShown() const { return surfacesShown_; }
+    // Tile number, palette and surface type of the cell at sheet pixel (x, y); empty off the tiles.
+    QString CellTip(int x, int y);
+    // Scrolls tile t into view and selects it as a click on its cell does.
+    void GoToTile(int t);
+    void AskGoToTile();
+    void AskFindSprite();
+
     // The file that "save" writes: the last one opened, loaded or saved as.
     std::string CurrentStylePath() const { return panesStylePath_; }
 
@@ -119,6 +134,12 @@ private:
     void ShowSaved(const std::string& path);
     std::string panesStylePath_;
     // ---- end of the panes' block ----
+    // A key of the added views, Ctrl held; true when it was one.
+    bool ViewKey(int key);
+    bool SheetToolTip(QEvent* event);
+    ombrevale::workbench::SurfaceOverlay* surfaceOverlay_ = nullptr;
+    ombrevale::workbench::SurfaceLegend* surfaceLegend_ = nullptr;
+    bool surfacesShown_ = false;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
