@@ -33,8 +33,8 @@ void frmSTY2::GoToTile(int t) {
 }
 
 void frmSTY2::AskGoToTile() {
-    const auto reply = ombrevale::panesdialogs::InputBox(
-        this, QStringLiteral("Go to tile (0 to %1):").arg(Sty().GetNumOfTiles() - 1));
+    const auto reply =
+        ombrevale::panesdialogs::InputBox(this, QStringLiteral("Go to tile (0 to %1):").arg(Sty().GetNumOfTiles() - 1));
     if (!reply) return;
     bool ok = false;
     const int t = reply->trimmed().toInt(&ok);

@@ -12,8 +12,8 @@ namespace {
 
 // Strong enough to tell apart over busy tiles, weak enough to still see the tile.
 constexpr int kAlpha = 120;
-constexpr std::array<QRgb, surfaces::kTypes> kTints = {
-    0x000000, 0x3CB43C, 0x808080, 0x2060FF, 0xFFE000, 0xFF8000, 0xA0522D, 0x60C0C0, 0x4040A0, 0x006400};
+constexpr std::array<QRgb, surfaces::kTypes> kTints = {0x000000, 0x3CB43C, 0x808080, 0x2060FF, 0xFFE000,
+                                                       0xFF8000, 0xA0522D, 0x60C0C0, 0x4040A0, 0x006400};
 constexpr int kSwatch = 12;
 constexpr int kLine = 15;
 
@@ -54,7 +54,8 @@ void SurfaceOverlay::paintEvent(QPaintEvent* event) {
     const int lastCol = std::min(cols_ - 1, r.right() / cell_);
     for (int row = firstRow; row <= lastRow; ++row)
         for (int col = std::max(0, r.left() / cell_); col <= lastCol; ++col) {
-            const auto t = static_cast<std::size_t>(row) * static_cast<std::size_t>(cols_) + static_cast<std::size_t>(col);
+            const auto t =
+                static_cast<std::size_t>(row) * static_cast<std::size_t>(cols_) + static_cast<std::size_t>(col);
             if (t >= types_.size()) return;
             if (types_[t] > 1) p.fillRect(col * cell_, row * cell_, cell_, cell_, SurfaceTint(types_[t]));
         }
@@ -68,7 +69,8 @@ SurfaceLegend::SurfaceLegend(QWidget* parent) : QWidget(parent) {
 QSize SurfaceLegend::sizeHint() const {
     int w = 0;
     for (auto name : surfaces::kTypeNames)
-        w = std::max(w, fontMetrics().horizontalAdvance(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()))));
+        w = std::max(
+            w, fontMetrics().horizontalAdvance(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size()))));
     return {w + kSwatch + 14, kLine * surfaces::kTypes + 8};
 }
 
