@@ -40,6 +40,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     resize(ombrevale::twips::ToPx(8910), ombrevale::twips::ToPx(7710));
     BuildControls();
     WirePanes();
+    WireViews();
     qApp->installEventFilter(this);
     Form_Load();
 }
@@ -217,19 +218,6 @@ void frmSTY2::cmdGen_Click() {
     if (const std::string path = StylePath(); !path.empty()) Sty().LoadSTY(path);
     busy_ = false;
     RenderSheet();
-}
-
-bool frmSTY2::ViewKey(int key) {
-    const int page = MainTab->currentIndex();
-    if (page == 0 && key == Qt::Key_G)
-        AskGoToTile();
-    else if (page == 0 && key == Qt::Key_T)
-        ShowSurfaces(!surfacesShown_);
-    else if (page == 1 && key == Qt::Key_F)
-        AskFindSprite();
-    else
-        return false;
-    return true;
 }
 
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {

@@ -21,9 +21,11 @@ class QLineEdit;
 class PictureBox;
 class QComboBox;
 class QTreeWidget;
+class QListWidgetItem;
 namespace ombrevale::workbench {
 class SurfaceOverlay;
 class SurfaceLegend;
+class ZoomLens;
 }  // namespace ombrevale::workbench
 
 class frmSTY2 : public QWidget {
@@ -99,6 +101,15 @@ public:
     void GoToTile(int t);
     void AskGoToTile();
     void AskFindSprite();
+    // The tiles, sprites and remaps of the chosen palette, in a window of their own (frmsty2_usage.cpp).
+    void ShowPaletteUsage();
+    QListWidget* lstUsage = nullptr;
+    // The chosen car sprite in its own palette and every remap, in a window of their own (frmsty2_remapstrip.cpp).
+    void ShowAllRemaps();
+    QListWidget* lstAllRemaps = nullptr;
+    // Magnifiers of the sprite picture and the font text (zoomlens.h).
+    ombrevale::workbench::ZoomLens* spriteLens_ = nullptr;
+    ombrevale::workbench::ZoomLens* fontLens_ = nullptr;
 
     // The file that "save" writes: the last one opened, loaded or saved as.
     std::string CurrentStylePath() const { return panesStylePath_; }
@@ -137,6 +148,11 @@ private:
     // A key of the added views, Ctrl held; true when it was one.
     bool ViewKey(int key);
     bool SheetToolTip(QEvent* event);
+    void WireViews();
+    void FillPaletteUsage();
+    void UsageGoTo(QListWidgetItem* item);
+    void FillAllRemaps();
+    PictureBox* picRemapTmp_ = nullptr;
     ombrevale::workbench::SurfaceOverlay* surfaceOverlay_ = nullptr;
     ombrevale::workbench::SurfaceLegend* surfaceLegend_ = nullptr;
     bool surfacesShown_ = false;
