@@ -12,6 +12,7 @@
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/surfaceoverlay.h"
+#include "workbench/zoomlens.h"
 
 namespace {
 
@@ -35,6 +36,44 @@ QRgb Over(QRgb under, QColor tint) {
     return qRgb(int(tint.red() * a + qRed(under) * (1 - a) + 0.5),
                 int(tint.green() * a + qGreen(under) * (1 - a) + 0.5),
                 int(tint.blue() * a + qBlue(under) * (1 - a) + 0.5));
+}
+
+std::int16_t RemapPalette(int m) {
+    using namespace modDeclares;
+    return STYPalIndex.at(std::size_t(STYPalBase[0] + STYPalBase[1] + m));
+}
+
+// What the document draws for sprite s in physical palette p (-1: its own).
+QImage Drawn(clsSTY& doc, int s, int p) {
+    PictureBox box;
+    box.resize(doc.GetSpriteWidth(s), doc.GetSpriteHeight(s));
+    std::int16_t pal = std::int16_t(p);
+    doc.RenderSprite(s, box, pal);
+    return box.image().convertToFormat(QImage::Format_RGB32);
+}
+
+void ClickRow(QListWidget* list, int row) {
+    list->scrollToItem(list->item(row));
+    QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(row)).center());
+}
+
+void CtrlWheel(QWidget* on, int steps) {
+    for (int i = 0; i < std::abs(steps); ++i) {
+        QWheelEvent e(QPointF(5, 5), on->mapToGlobal(QPointF(5, 5)), {}, {0, steps > 0 ? 120 : -120}, Qt::NoButton,
+                      Qt::ControlModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(on, &e);
+    }
+}
+
+// The first car sprite whose record has two remaps or more, and that record.
+std::pair<int, int> CarWithRemaps() {
+    long n = 0;
+    const auto& cars = modDeclares::STYCarInfo;
+    for (std::size_t r = 0; r < cars.size(); ++r) {
+        if (r > 0) n += cars[r].sprite;
+        if (cars[r].remaps.size() >= 2 && (r == 0 || cars[r].sprite == 1)) return {int(n), int(r)};
+    }
+    return {-1, -1};
 }
 
 }  // namespace
@@ -165,6 +204,130 @@ private slots:
         else
             QCOMPARE(W().lstSprites->currentItem()->text(), row);
         QCOMPARE(int(W().iSelNum), W().lstSprites->currentRow());
+    }
+
+    void paletteUsage_data() {
+        QTest::addColumn<QString>("kind");
+        QTest::newRow("a tile") << "tile";
+        QTest::newRow("a sprite") << "sprite";
+        QTest::newRow("a car remap") << "remap";
+    }
+    // Ctrl+U lists the pictures of the chosen palette; a click on one goes to it.
+    void paletteUsage() {
+        QFETCH(QString, kind);
+        using namespace modDeclares;
+        const auto [car, record] = CarWithRemaps();
+        QVERIFY(car >= 0);
+        const int m = STYCarInfo[std::size_t(record)].remaps[1];
+        const int p = kind == "tile"     ? STYPalIndex.at(500)
+                      : kind == "sprite" ? STYPalIndex.at(std::size_t(STYPalBase[0] + car))
+                                         : RemapPalette(m);
+        const QString want = kind == "tile" ? QStringLiteral("Tile 500")
+                             : kind == "sprite"
+                                 ? W().lstSprites->item(car)->text()
+                                 : QStringLiteral("%1, remap %2").arg(W().lstSprites->item(car)->text()).arg(m);
+        W().MainTab->setCurrentIndex(2);
+        W().lstPalettes->setCurrentRow(p);
+        QVERIFY(!W().lstUsage);
+        Ctrl(W().lstPalettes, Qt::Key_U);
+        QVERIFY(W().lstUsage && W().lstUsage->isVisible());
+        const auto found = W().lstUsage->findItems(want, Qt::MatchExactly);
+        QCOMPARE(found.size(), 1);
+        ClickRow(W().lstUsage, W().lstUsage->row(found[0]));
+        if (kind == "tile") {
+            QCOMPARE(W().MainTab->currentIndex(), 0);
+            QCOMPARE(W().picMain->Tag, QStringLiteral("500"));
+            return;
+        }
+        QCOMPARE(W().MainTab->currentIndex(), 1);
+        QCOMPARE(W().lstSprites->currentRow(), car);
+        if (kind == "remap") {
+            QCOMPARE(W().lstRemaps->currentItem()->text(), QString::number(m));
+            const QImage picture = Drawn(W().Sty(), car, p);
+            QCOMPARE(W().picSprite->image().copy(picture.rect()).convertToFormat(QImage::Format_RGB32), picture);
+        }
+    }
+
+    // Another palette chosen while the list is open: the list follows.
+    void paletteUsageFollowsTheChoice() {
+        W().MainTab->setCurrentIndex(2);
+        W().lstPalettes->setCurrentRow(0);
+        Ctrl(W().lstPalettes, Qt::Key_U);
+        W().lstPalettes->setCurrentRow(1);
+        QVERIFY(W().lstUsage->windowTitle().startsWith("Palette: 2 "));
+        for (int i = 0; i < W().lstUsage->count(); ++i) {
+            const QString text = W().lstUsage->item(i)->text();
+            if (text.startsWith("Tile "))
+                QCOMPARE(modDeclares::STYPalIndex.at(std::size_t(text.mid(5).toInt())), std::int16_t(1));
+        }
+    }
+
+    void zoom_data() {
+        QTest::addColumn<bool>("font");
+        QTest::addColumn<int>("steps");  // Ctrl+wheel notches up from 1x
+        QTest::addColumn<int>("zoom");
+        QTest::newRow("sprite 2x") << false << 1 << 2;
+        QTest::newRow("sprite 3x") << false << 2 << 3;
+        QTest::newRow("sprite 4x, grid") << false << 3 << 4;
+        QTest::newRow("sprite 6x") << false << 4 << 6;
+        QTest::newRow("sprite 8x") << false << 5 << 8;
+        QTest::newRow("sprite, no step past 8x") << false << 9 << 8;
+        QTest::newRow("font text 3x") << true << 2 << 3;
+    }
+    // Each picture pixel a square of zoom x zoom, the delta on its sprite included; a grid from 4x.
+    void zoom() {
+        QFETCH(bool, font);
+        QFETCH(int, steps);
+        QFETCH(int, zoom);
+        PictureBox* box = W().picSprite;
+        if (font) {
+            W().txtText->setText("Ab!");
+            W().cmdCreateText->click();
+            box = W().picFont;
+        } else {
+            const auto [car, record] = CarWithRemaps();
+            W().lstSprites->setCurrentRow(car);
+            W().cmbDeltas->setCurrentIndex(2);
+        }
+        const QImage drawn = box->image().convertToFormat(QImage::Format_RGB32);
+        QVERIFY(box->grab().toImage().convertToFormat(QImage::Format_RGB32) == drawn);
+        CtrlWheel(box, steps);
+        const QImage shown = box->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const int n = std::min(20, box->width() / zoom - 1);
+        for (int y = 0; y < n; ++y)
+            for (int x = 0; x < n; ++x) {
+                QCOMPARE(shown.pixel(x * zoom + zoom / 2 + zoom % 2, y * zoom + zoom - 1), drawn.pixel(x, y));
+                if (zoom >= ombrevale::workbench::ZoomLens::kGridFrom)
+                    QVERIFY(shown.pixel(x * zoom, y * zoom + 1) != drawn.pixel(x, y));
+                else
+                    QCOMPARE(shown.pixel(x * zoom, y * zoom), drawn.pixel(x, y));
+            }
+        CtrlWheel(box, -9);
+        QVERIFY(box->grab().toImage().convertToFormat(QImage::Format_RGB32) == drawn);
+    }
+
+    // Ctrl+R shows the car in each palette of its remap list; a click chooses that remap there.
+    void allRemaps() {
+        const auto [car, record] = CarWithRemaps();
+        QVERIFY(car >= 0);
+        W().MainTab->setCurrentIndex(1);
+        W().lstSprites->setCurrentRow(car);
+        Ctrl(W().lstSprites, Qt::Key_R);
+        QListWidget* strip = W().lstAllRemaps;
+        QVERIFY(strip && strip->isVisible());
+        const auto& remaps = modDeclares::STYCarInfo[std::size_t(record)].remaps;
+        QCOMPARE(strip->count(), int(remaps.size()) + 1);
+        QCOMPARE(strip->item(0)->text(), QStringLiteral("own"));
+        const int k = int(remaps.size());
+        QCOMPARE(strip->item(k)->text(), QStringLiteral("remap %1").arg(remaps.back()));
+        const QImage want = Drawn(W().Sty(), car, RemapPalette(remaps.back()));
+        QCOMPARE(strip->item(k)->icon().pixmap(want.size()).toImage().convertToFormat(QImage::Format_RGB32), want);
+        ClickRow(strip, k);
+        QCOMPARE(W().lstRemaps->currentRow(), k);
+        QCOMPARE(W().picSprite->image().copy(want.rect()).convertToFormat(QImage::Format_RGB32), want);
+        // Another sprite: the strip follows; a sprite of no car has none.
+        W().lstSprites->setCurrentRow(W().lstSprites->count() - 1);
+        QCOMPARE(strip->count(), 0);
     }
 };
 
