@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "style/clssty.h"
 
@@ -153,6 +154,13 @@ private:
     void UsageGoTo(QListWidgetItem* item);
     void FillAllRemaps();
     PictureBox* picRemapTmp_ = nullptr;
+    // What each row of lstUsage stands for.
+    struct UsageRow {
+        enum Kind { Tile, Sprite, Remap } kind;
+        int number;    // tile or sprite
+        int position;  // of the remap in its record's list
+    };
+    std::vector<UsageRow> usageRows_;
     ombrevale::workbench::SurfaceOverlay* surfaceOverlay_ = nullptr;
     ombrevale::workbench::SurfaceLegend* surfaceLegend_ = nullptr;
     bool surfacesShown_ = false;

@@ -6,15 +6,12 @@
 #include "pixels/paletteusage.h"
 #include "workbench/frmsty2.h"
 
-namespace {
-enum UsageRole { kKind = Qt::UserRole, kNumber, kPosition };
-enum UsageKind { kTile, kSprite, kRemap };
-}  // namespace
-
 void frmSTY2::ShowPaletteUsage() {
     if (!lstUsage) {
         lstUsage = new QListWidget(this);
         lstUsage->setWindowFlags(Qt::Tool);
+        // A palette may colour every tile of the largest style: rows of one height lay out at once.
+        lstUsage->setUniformItemSizes(true);
         lstUsage->resize(260, 360);
         connect(lstUsage, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) { UsageGoTo(item); });
         connect(lstUsage, &QListWidget::itemActivated, this, [this](QListWidgetItem* item) { UsageGoTo(item); });
@@ -27,6 +24,7 @@ void frmSTY2::ShowPaletteUsage() {
 void frmSTY2::FillPaletteUsage() {
     if (!lstUsage) return;
     lstUsage->clear();
+    usageRows_.clear();
     const int p = lstPalettes->currentRow();
     if (p < 0) {
         lstUsage->setWindowTitle(QStringLiteral("Palette usage: choose a palette"));
@@ -38,37 +36,35 @@ void frmSTY2::FillPaletteUsage() {
                                  .arg(use.tiles.size())
                                  .arg(use.sprites.size())
                                  .arg(use.remaps.size()));
-    const auto add = [this](const QString& text, int kind, int number, int position) {
-        auto* item = new QListWidgetItem(text, lstUsage);
-        item->setData(kKind, kind);
-        item->setData(kNumber, number);
-        item->setData(kPosition, position);
-    };
-    // One insertion for the largest lists, as the panes fill theirs.
-    lstUsage->setUpdatesEnabled(false);
-    for (int t : use.tiles) add(QStringLiteral("Tile %1").arg(t), kTile, t, 0);
-    for (int s : use.sprites) add(lstSprites->item(s)->text(), kSprite, s, 0);
-    for (const auto& r : use.remaps)
-        add(QStringLiteral("%1, remap %2").arg(lstSprites->item(r.sprite)->text()).arg(r.remap), kRemap, r.sprite,
-            r.position);
-    lstUsage->setUpdatesEnabled(true);
+    QStringList rows;
+    rows.reserve(static_cast<qsizetype>(use.tiles.size() + use.sprites.size() + use.remaps.size()));
+    for (int t : use.tiles) {
+        rows << QStringLiteral("Tile %1").arg(t);
+        usageRows_.push_back({UsageRow::Tile, t, 0});
+    }
+    for (int s : use.sprites) {
+        rows << lstSprites->item(s)->text();
+        usageRows_.push_back({UsageRow::Sprite, s, 0});
+    }
+    for (const auto& r : use.remaps) {
+        rows << QStringLiteral("%1, remap %2").arg(lstSprites->item(r.sprite)->text()).arg(r.remap);
+        usageRows_.push_back({UsageRow::Remap, r.sprite, r.position});
+    }
+    // One insertion, as the panes fill their lists.
+    lstUsage->addItems(rows);
 }
 
 void frmSTY2::UsageGoTo(QListWidgetItem* item) {
-    const int number = item->data(kNumber).toInt();
-    switch (item->data(kKind).toInt()) {
-        case kTile:
-            GoToTile(number);
-            return;
-        case kSprite:
-        case kRemap:
-            MainTab->setCurrentIndex(1);
-            lstSprites->setCurrentRow(number);
-            lstSprites->scrollToItem(lstSprites->item(number));
-            // Row 0 of the remaps is the sprite's own palette.
-            if (item->data(kKind).toInt() == kRemap) lstRemaps->setCurrentRow(item->data(kPosition).toInt() + 1);
-            return;
-        default:
-            return;
+    const int row = lstUsage->row(item);
+    if (row < 0 || static_cast<std::size_t>(row) >= usageRows_.size()) return;
+    const UsageRow& u = usageRows_[static_cast<std::size_t>(row)];
+    if (u.kind == UsageRow::Tile) {
+        GoToTile(u.number);
+        return;
     }
+    MainTab->setCurrentIndex(1);
+    lstSprites->setCurrentRow(u.number);
+    lstSprites->scrollToItem(lstSprites->item(u.number));
+    // Row 0 of the remaps is the sprite's own palette.
+    if (u.kind == UsageRow::Remap) lstRemaps->setCurrentRow(u.position + 1);
 }
