@@ -109,8 +109,8 @@ public:
     void ShowAllRemaps();
     QListWidget* lstAllRemaps = nullptr;
     // Magnifiers of the sprite picture and the font text (zoomlens.h).
-    ombrevale::workbench::ZoomLens* spriteLens_ = nullptr;
-    ombrevale::workbench::ZoomLens* fontLens_ = nullptr;
+    ombrevale::workbench::ZoomLens* picSpriteZoom = nullptr;
+    ombrevale::workbench::ZoomLens* picFontZoom = nullptr;
 
     // The file that "save" writes: the last one opened, loaded or saved as.
     std::string CurrentStylePath() const { return panesStylePath_; }

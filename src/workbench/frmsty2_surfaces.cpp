@@ -12,7 +12,6 @@
 
 namespace {
 constexpr int kCell = 64;
-constexpr int kLegendMargin = 6;
 }  // namespace
 
 void frmSTY2::ShowSurfaces(bool on) {
@@ -20,7 +19,7 @@ void frmSTY2::ShowSurfaces(bool on) {
     if (!surfaceOverlay_) {
         surfaceOverlay_ = new SurfaceOverlay(picMain);
         surfaceOverlay_->hide();
-        surfaceLegend_ = new SurfaceLegend(picCont);
+        surfaceLegend_ = new SurfaceLegend(picCont, vScroll);
         surfaceLegend_->hide();
     }
     surfacesShown_ = on;
@@ -30,8 +29,6 @@ void frmSTY2::ShowSurfaces(bool on) {
     const auto map = ombrevale::surfaces::ReadSurfaces(Sty().STYSurfaceSpec, Sty().GetNumOfTiles());
     surfaceOverlay_->SetTypes(map.type, Cols(), kCell);
     surfaceOverlay_->raise();
-    // Top right of the view, left of the scroll bar.
-    surfaceLegend_->move(vScroll->x() - surfaceLegend_->width() - kLegendMargin, kLegendMargin);
     surfaceLegend_->raise();
     if (!map.problem.empty()) MsgBox(map.problem, "Ombrevale", MsgIcon::Exclamation);
 }

@@ -13,8 +13,8 @@ enum Page { kTiles, kSprites, kPalettes, kFont };
 }  // namespace
 
 void frmSTY2::WireViews() {
-    spriteLens_ = new ombrevale::workbench::ZoomLens(picSprite);
-    fontLens_ = new ombrevale::workbench::ZoomLens(picFont);
+    picSpriteZoom = new ombrevale::workbench::ZoomLens(picSprite);
+    picFontZoom = new ombrevale::workbench::ZoomLens(picFont);
     lstPalettes->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(lstPalettes, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
         QMenu menu;

@@ -16,6 +16,7 @@ constexpr std::array<QRgb, surfaces::kTypes> kTints = {0x000000, 0x3CB43C, 0x808
                                                        0xFF8000, 0xA0522D, 0x60C0C0, 0x4040A0, 0x006400};
 constexpr int kSwatch = 12;
 constexpr int kLine = 15;
+constexpr int kMargin = 6;
 
 }  // namespace
 
@@ -61,9 +62,18 @@ void SurfaceOverlay::paintEvent(QPaintEvent* event) {
         }
 }
 
-SurfaceLegend::SurfaceLegend(QWidget* parent) : QWidget(parent) {
+SurfaceLegend::SurfaceLegend(QWidget* parent, QWidget* leftOf) : QWidget(parent), leftOf_(leftOf) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
     resize(sizeHint());
+    Place();
+    leftOf->installEventFilter(this);
+}
+
+void SurfaceLegend::Place() { move(leftOf_->x() - width() - kMargin, kMargin); }
+
+bool SurfaceLegend::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == leftOf_ && event->type() == QEvent::Move) Place();
+    return false;
 }
 
 QSize SurfaceLegend::sizeHint() const {

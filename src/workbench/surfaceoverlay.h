@@ -33,11 +33,17 @@ private:
 
 class SurfaceLegend : public QWidget {
 public:
-    explicit SurfaceLegend(QWidget* parent);
+    // Stands at the top, just left of leftOf (the sheet's scroll bar), and follows it.
+    SurfaceLegend(QWidget* parent, QWidget* leftOf);
     QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void Place();
+    QWidget* leftOf_;
 };
 
 }  // namespace ombrevale::workbench

@@ -2,9 +2,11 @@
 
 #include <QActionGroup>
 #include <QContextMenuEvent>
+#include <QHelpEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QToolTip>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -75,6 +77,31 @@ bool ZoomLens::eventFilter(QObject* watched, QEvent* event) {
         default:
             return false;
     }
+}
+
+QString ZoomLens::TipAt(QPoint pos) const {
+    const QPoint at = origin_ + QPoint(pos.x() / zoom_, pos.y() / zoom_);
+    const QImage& image = picture_->image();
+    if (!image.rect().contains(at)) return {};
+    const QRgb c = image.pixel(at);
+    return QStringLiteral("x %1 y %2 Red: %3 Green: %4 Blue: %5")
+        .arg(at.x())
+        .arg(at.y())
+        .arg(qRed(c))
+        .arg(qGreen(c))
+        .arg(qBlue(c));
+}
+
+bool ZoomLens::event(QEvent* event) {
+    // Pixels this large invite the question of their colour.
+    if (event->type() != QEvent::ToolTip) return QWidget::event(event);
+    auto* help = static_cast<QHelpEvent*>(event);
+    const QString tip = TipAt(help->pos());
+    if (tip.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(help->globalPos(), tip, this);
+    return true;
 }
 
 void ZoomLens::mousePressEvent(QMouseEvent* event) {

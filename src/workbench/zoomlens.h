@@ -23,12 +23,15 @@ public:
     void SetZoom(int zoom);
     // The picture pixel at the lens's top-left corner.
     QPoint Origin() const { return origin_; }
+    // Where the lens point pos lies in the picture and the colour there, as the palette pane words it.
+    QString TipAt(QPoint pos) const;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void Step(int by);

@@ -302,6 +302,10 @@ private slots:
                 else
                     QCOMPARE(shown.pixel(x * zoom, y * zoom), drawn.pixel(x, y));
             }
+        // The colour under the pointer, readable at the zoom.
+        const QRgb c = drawn.pixel(3, 5);
+        QCOMPARE((font ? W().picFontZoom : W().picSpriteZoom)->TipAt({3 * zoom + 1, 5 * zoom + 1}),
+                 QStringLiteral("x 3 y 5 Red: %1 Green: %2 Blue: %3").arg(qRed(c)).arg(qGreen(c)).arg(qBlue(c)));
         CtrlWheel(box, -9);
         QVERIFY(box->grab().toImage().convertToFormat(QImage::Format_RGB32) == drawn);
     }
