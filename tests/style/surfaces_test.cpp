@@ -45,7 +45,7 @@ const Bytes kNine = Lists({{1}, {2, 3}, {}, {}, {}, {}, {}, {4}, {5}});
 INSTANTIATE_TEST_SUITE_P(
     Spec, ReadSurfacesTest,
     ::testing::Values(
-        SurfaceCase{"Sound", kNine, {1, 2, 3, 3, 9, 10}, ""}, SurfaceCase{"Empty", {}, {1, 1, 1, 1, 1, 1}, ""},
+        SurfaceCase{"Sound", kNine, {1, 2, 3, 3, 9, 10}, ""},
         SurfaceCase{"OddLength", Cat({kNine, Bytes{7}}), {1, 2, 3, 3, 9, 10}, "odd"},
         SurfaceCase{"ListWithoutItsZero",
                     Cat({LE16(1), LE16(0), LE16(2), LE16(3)}),
