@@ -40,6 +40,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     resize(ombrevale::twips::ToPx(8910), ombrevale::twips::ToPx(7710));
     BuildControls();
     WirePanes();
+    WireViews();
     qApp->installEventFilter(this);
     Form_Load();
 }
@@ -220,6 +221,7 @@ void frmSTY2::cmdGen_Click() {
 }
 
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == picMain && event->type() == QEvent::ToolTip) return SheetToolTip(event);
     // The wheel over the sheet scrolls it as it would over the scroll bar.
     if (event->type() == QEvent::Wheel && (watched == picMain || watched == picCont)) {
         QCoreApplication::sendEvent(vScroll, event);
@@ -258,6 +260,7 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
                     break;
             }
             if (code != 0) Form_KeyDown(code, static_cast<int>(ke->modifiers()));
+            if (ke->modifiers() == Qt::ControlModifier && ViewKey(ke->key())) return true;
         }
     }
     return QWidget::eventFilter(watched, event);

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "style/clssty.h"
 
@@ -21,6 +22,12 @@ class QLineEdit;
 class PictureBox;
 class QComboBox;
 class QTreeWidget;
+class QListWidgetItem;
+namespace ombrevale::workbench {
+class SurfaceOverlay;
+class SurfaceLegend;
+class ZoomLens;
+}  // namespace ombrevale::workbench
 
 class frmSTY2 : public QWidget {
     Q_OBJECT
@@ -85,6 +92,26 @@ public:
     void cmdRecyRemove_Click();
     void SyncRecycle();
     void tlbMain_ButtonClick(const QString& Key);
+    // ---- Views the user asks for; none shows at start (frmsty2_surfaces/_goto.cpp) ----
+    // The surface types tinted over the sheet, with a legend and a tip a cell.
+    void ShowSurfaces(bool on);
+    bool SurfacesShown() const { return surfacesShown_; }
+    // Tile number, palette and surface type of the cell at sheet pixel (x, y); empty off the tiles.
+    QString CellTip(int x, int y);
+    // Scrolls tile t into view and selects it as a click on its cell does.
+    void GoToTile(int t);
+    void AskGoToTile();
+    void AskFindSprite();
+    // The tiles, sprites and remaps of the chosen palette, in a window of their own (frmsty2_usage.cpp).
+    void ShowPaletteUsage();
+    QListWidget* lstUsage = nullptr;
+    // The chosen car sprite in its own palette and every remap, in a window of their own (frmsty2_remapstrip.cpp).
+    void ShowAllRemaps();
+    QListWidget* lstAllRemaps = nullptr;
+    // Magnifiers of the sprite picture and the font text (zoomlens.h).
+    ombrevale::workbench::ZoomLens* picSpriteZoom = nullptr;
+    ombrevale::workbench::ZoomLens* picFontZoom = nullptr;
+
     // The file that "save" writes: the last one opened, loaded or saved as.
     std::string CurrentStylePath() const { return panesStylePath_; }
 
@@ -119,6 +146,24 @@ private:
     void ShowSaved(const std::string& path);
     std::string panesStylePath_;
     // ---- end of the panes' block ----
+    // A key of the added views, Ctrl held; true when it was one.
+    bool ViewKey(int key);
+    bool SheetToolTip(QEvent* event);
+    void WireViews();
+    void FillPaletteUsage();
+    void UsageGoTo(QListWidgetItem* item);
+    void FillAllRemaps();
+    PictureBox* picRemapTmp_ = nullptr;
+    // What each row of lstUsage stands for.
+    struct UsageRow {
+        enum Kind { Tile, Sprite, Remap } kind;
+        int number;    // tile or sprite
+        int position;  // of the remap in its record's list
+    };
+    std::vector<UsageRow> usageRows_;
+    ombrevale::workbench::SurfaceOverlay* surfaceOverlay_ = nullptr;
+    ombrevale::workbench::SurfaceLegend* surfaceLegend_ = nullptr;
+    bool surfacesShown_ = false;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

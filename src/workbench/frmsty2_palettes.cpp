@@ -103,6 +103,7 @@ void frmSTY2::lstPalettes_Click() {
         for (int x = 0; x < w; ++x) picPalette->SetPixelV(x, y, colour);
     }
     sSelKind = "p";
+    if (lstUsage && lstUsage->isVisible()) FillPaletteUsage();
 }
 
 void frmSTY2::picPalette_MouseMove(double Y) {

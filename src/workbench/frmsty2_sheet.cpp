@@ -72,6 +72,8 @@ void frmSTY2::RenderSheet() {
     lastTileRoadNs_ = road;
     lastTilesDrawn_ = tilesDrawn;
     busy_ = false;
+    // A reload may bring other lists and another number of tiles.
+    if (surfacesShown_) ShowSurfaces(true);
     modControlWin::FindEditorList();
 }
 

@@ -8,6 +8,7 @@
 #include <QTabWidget>
 #include <QTreeWidget>
 
+#include "pixels/paletteusage.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
@@ -44,19 +45,6 @@ const char* const kDeltaNames[20] = {"(none)",
                                      "Left Rear Emergency Light"};
 
 constexpr int kOtherInfoPage = 1;
-
-// The first record whose running sum of sprite fields (record 0's own not counted)
-// reaches the sprite; -1 when the records end before it does.
-int CarRecordOfSprite(int s) {
-    int r = 0;
-    long n = 0;
-    while (n != s) {
-        ++r;
-        if (static_cast<std::size_t>(r) >= STYCarInfo.size()) return -1;
-        n += STYCarInfo[static_cast<std::size_t>(r)].sprite;
-    }
-    return STYCarInfo.empty() ? -1 : r;
-}
 
 // The physical palette in the palette table at a virtual number, or -1 when there is none.
 std::int16_t PhysicalAt(long v) {
@@ -116,7 +104,7 @@ void frmSTY2::lstSprites_Click() {
     iSelNum = static_cast<std::int16_t>(row);
     lstRemaps->clear();
     lstRemaps->setCurrentRow(-1);
-    const int r = iSelNum < modDeclares::STYSpriteBase[0] ? CarRecordOfSprite(iSelNum) : -1;
+    const int r = iSelNum < modDeclares::STYSpriteBase[0] ? ombrevale::paletteusage::CarRecordOfSprite(iSelNum) : -1;
     if (iSelNum >= modDeclares::STYSpriteBase[0]) {
         SprTab->setTabEnabled(kOtherInfoPage, false);
         cmbDeltas->setEnabled(false);
@@ -139,6 +127,7 @@ void frmSTY2::lstSprites_Click() {
         QStringLiteral("Size: %1x%2").arg(Sty().GetSpriteWidth(iSelNum)).arg(Sty().GetSpriteHeight(iSelNum)));
     lblSSize->adjustSize();
     sSelKind = "s";
+    if (lstAllRemaps && lstAllRemaps->isVisible()) FillAllRemaps();
 }
 
 void frmSTY2::ShowSprite() {

@@ -90,6 +90,14 @@ private slots:
         QCOMPARE(editor_->Lines().at(from), QStringLiteral("setcursel %1 %1").arg(row).toStdString());
     }
 
+    // Go to tile (Ctrl+G) takes the click's road to the editor.
+    void goToHandsTileToEditor() {
+        const std::size_t from = editor_->Lines().size();
+        window_->GoToTile(555);
+        QVERIFY2(editor_->WaitFor("lbuttonup", from, 5000), "the stand-in logged no release");
+        QCOMPARE(editor_->Lines().at(from), std::string("setcursel 554 554"));
+    }
+
     void refreshReadsTheRegistryLive() {
         const std::string first = dir_.File("first.sty"), second = dir_.File("second.sty");
         ombrevale::wbtest::WriteStyle(first, 40);

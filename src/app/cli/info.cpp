@@ -8,6 +8,7 @@
 #include "clierror.h"
 #include "commands.h"
 #include "style/clssty.h"
+#include "style/surfaces.h"
 
 namespace ombrevale::cli {
 namespace {
@@ -43,6 +44,20 @@ QJsonArray Sections(const clsSTY& doc) {
     return out;
 }
 
+// Type name to its tiles; a damaged list adds its problem to the warnings.
+QJsonObject Surfaces(const clsSTY& doc, QJsonArray& warnings) {
+    const auto map = surfaces::ReadSurfaces(doc.STYSurfaceSpec, doc.GetNumOfTiles());
+    std::array<QJsonArray, surfaces::kTypes> tiles;
+    for (std::size_t t = 0; t < map.type.size(); ++t) tiles[map.type[t] - 1u].append(static_cast<qint64>(t));
+    QJsonObject out;
+    for (std::size_t k = 0; k < tiles.size(); ++k)
+        out.insert(
+            QString::fromLatin1(surfaces::kTypeNames[k].data(), static_cast<qsizetype>(surfaces::kTypeNames[k].size())),
+            tiles[k]);
+    if (!map.problem.empty()) warnings.append(QString::fromStdString(map.problem));
+    return out;
+}
+
 }  // namespace
 
 int RunInfo(const Args& args) {
@@ -54,6 +69,7 @@ int RunInfo(const Args& args) {
         deltas.append(QJsonObject{{"sprite", e.sprite}, {"sizes", List(e.deltaSizes, e.deltaCount)}});
     for (const auto& r : STYCarInfo) cars.append(CarJson(r));
     for (const auto& w : report.warnings) warnings.append(QString::fromStdString(w));
+    const QJsonObject surfaceTiles = Surfaces(doc, warnings);
     const std::size_t recycleEntries = STYRecycle.empty() ? 0 : STYRecycle.size() - 1;
     const std::size_t fontEntries = STYFontBase.count > 0 ? static_cast<std::size_t>(STYFontBase.count) : 0;
     const QJsonObject info{{"sections", Sections(doc)},
@@ -71,6 +87,7 @@ int RunInfo(const Args& args) {
                            {"delta_data_bytes", static_cast<qint64>(STYDeltaStore.size())},
                            {"object_info_bytes", static_cast<qint64>(doc.STYObjectInfo.size())},
                            {"surface_spec_bytes", static_cast<qint64>(doc.STYSurfaceSpec.size())},
+                           {"surfaces", surfaceTiles},
                            {"warnings", warnings}};
     const QByteArray out = QJsonDocument(info).toJson(QJsonDocument::Compact) + '\n';
     std::fwrite(out.constData(), 1, static_cast<std::size_t>(out.size()), stdout);

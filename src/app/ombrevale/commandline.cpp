@@ -17,7 +17,11 @@ void PrintHelp() {
         "\n"
         "  -h, --help   this text\n"
         "  --version    the version\n"
-        "Qt's own options (-platform, -style, ...) are taken as well.\n");
+        "Qt's own options (-platform, -style, ...) are taken as well.\n"
+        "\n"
+        "Keys: Ctrl+T surface types and Ctrl+G go to a tile (Tiles page), Ctrl+F find\n"
+        "a sprite and Ctrl+R all remaps of a car (Sprites page), Ctrl+U palette usage\n"
+        "(Palettes page), Ctrl+wheel zoom of the sprite picture and the font text.\n");
 #if !defined(_WIN32)
     // Where the helper is looked for depends on where this program lies, so say it.
     std::printf(

@@ -12,6 +12,7 @@
 
 #include "cliprocess.h"
 #include "style/clssty.h"
+#include "style/surfaces.h"
 #include "stylewriter/stylewriter.h"
 
 namespace fs = std::filesystem;
@@ -240,9 +241,15 @@ QJsonArray Ints(const auto& values, std::size_t count) {
 TEST_F(Cli, InfoReportsWhatTheDocumentLoaded) {
     using namespace modDeclares;
     const QJsonObject info = InfoOf(kSample);
-    EXPECT_EQ(info.keys(), QStringList({"cars", "delta_data_bytes", "deltas", "font_base", "object_info_bytes",
-                                        "pal_base", "palettes", "palx", "recycle", "sections", "sprite_base",
-                                        "sprite_data_bytes", "sprites", "surface_spec_bytes", "tiles", "warnings"}));
+    EXPECT_EQ(info.keys(),
+              QStringList({"cars", "delta_data_bytes", "deltas", "font_base", "object_info_bytes", "pal_base",
+                           "palettes", "palx", "recycle", "sections", "sprite_base", "sprite_data_bytes", "sprites",
+                           "surface_spec_bytes", "surfaces", "tiles", "warnings"}));
+    QJsonArray road;  // type 3
+    const auto types = ombrevale::surfaces::ReadSurfaces(doc_->STYSurfaceSpec, doc_->GetNumOfTiles()).type;
+    for (std::size_t t = 0; t < types.size(); ++t)
+        if (types[t] == 3) road.append(static_cast<int>(t));
+    EXPECT_EQ(info["surfaces"].toObject()["road"].toArray(), road);
     EXPECT_EQ(info["tiles"].toInt(), doc_->GetNumOfTiles());
     EXPECT_EQ(info["palettes"].toInt(), doc_->GetNumOfPals());
     EXPECT_EQ(info["palx"].toInt(), doc_->GetNumOfPalx());
@@ -280,7 +287,10 @@ TEST(CliInfo, SectionsFollowThePresentFlagsAndWarningsAreListed) {
         sw::StyleBytes().Add("spec", {2, 0, 0, 0}).Add("RECY", {3, 1, 255}).Add("PALX", sw::LE16(0)).Raw({0}).bytes());
     const QJsonObject info = InfoOf(style);
     EXPECT_EQ(info["sections"].toArray(), QJsonArray({"PALX", "RECY", "SPEC"}));
-    EXPECT_EQ(info["warnings"].toArray(), QJsonArray({"1 stray byte after the last section was passed over"}));
+    EXPECT_EQ(info["warnings"].toArray(),
+              QJsonArray({"1 stray byte after the last section was passed over",
+                          "The surface list (SPEC) is damaged: it ends after 1 of its 9 lists; 1 of its tile numbers "
+                          "are beyond the style's 0 tiles. The types are shown as far as it is sound."}));
     EXPECT_EQ(info["recycle"].toArray(), QJsonArray({3, 1}));
 }
 
