@@ -10,7 +10,7 @@ namespace {
 
 struct Shape {
     std::size_t words;
-    bool pal, png, columns, transparent;
+    bool pal, png, columns, transparent, nearest;
     std::vector<std::size_t> numbers = {};  // which words are numbers
 };
 
@@ -27,32 +27,47 @@ const std::vector<Command>& Commands() {
         {"info",
          "STYLE",
          "prints the style's sections, counts and tables as one JSON object",
-         {1, false, false, false, false}},
+         {1, false, false, false, false, false}},
         {"save",
          "STYLE OUT",
          "writes the style again as OUT; an OUT already there is kept as OUT.bak",
-         {2, false, false, false, false}},
-        {"tile", "STYLE N OUT.bmp", "writes tile N as a 64 x 64 BMP picture", {3, false, false, false, false, {1}}},
+         {2, false, false, false, false, false}},
+        {"tile",
+         "STYLE N OUT.bmp",
+         "writes tile N as a 64 x 64 BMP picture",
+         {3, false, false, false, false, false, {1}}},
         {"sprite",
          "STYLE N OUT.bmp [--pal P]",
          "writes sprite N as a BMP picture, in palette P instead of its own",
-         {3, true, false, false, false, {1}}},
+         {3, true, false, false, false, false, {1}}},
         {"delta",
          "STYLE SPRITE D OUT.bmp [--pal P]",
          "writes delta D of sprite SPRITE as a BMP picture",
-         {4, true, false, false, false, {1, 2}}},
+         {4, true, false, false, false, false, {1, 2}}},
         {"import-palette",
          "STYLE P FILE.pal OUT",
          "replaces palette P with a JASC-PAL file and saves the style as OUT",
-         {4, false, false, false, false, {1}}},
+         {4, false, false, false, false, false, {1}}},
+        {"import-tile",
+         "STYLE N PICTURE OUT [--nearest]",
+         "puts a 64 x 64 picture (BMP or PNG) into tile N and saves the style as OUT",
+         {4, false, false, false, false, true, {1}}},
+        {"import-sprite",
+         "STYLE N PICTURE OUT [--pal P] [--nearest]",
+         "puts a picture of the sprite's size into sprite N, drawn in palette P instead of its own",
+         {4, true, false, false, false, true, {1}}},
+        {"import-delta",
+         "STYLE SPRITE D PICTURE OUT [--pal P] [--nearest]",
+         "makes delta D of sprite SPRITE from the difference between a picture and the sprite",
+         {5, true, false, false, false, true, {1, 2}}},
         {"export",
          "STYLE DIR [--png]",
          "writes every tile, sprite, delta (BMP, or PNG) and palette (JASC-PAL) into DIR",
-         {2, false, true, false, false}},
+         {2, false, true, false, false, false}},
         {"sheet",
          "STYLE OUT.png [--columns N] [--transparent]",
          "writes every tile on one PNG sheet, N tiles a row (9 unless given)",
-         {2, false, false, true, true}},
+         {2, false, false, true, true, false}},
     };
     return commands;
 }
@@ -120,6 +135,8 @@ Args ParseArgs(const std::vector<std::string>& argv) {
             args.png = true;
         } else if (a == "--transparent" && shape.transparent && !args.transparent) {
             args.transparent = true;
+        } else if (a == "--nearest" && shape.nearest && !args.nearest) {
+            args.nearest = true;
         } else if (a.size() > 1 && a[0] == '-' && !(a[1] >= '0' && a[1] <= '9')) {
             throw UsageError("option " + a + " is not one of " + args.command + "'s, or is given twice");
         } else {

@@ -15,6 +15,8 @@ struct Args {
     std::optional<std::int64_t> columns;
     bool png = false;
     bool transparent = false;
+    // Colours a palette does not hold may take its nearest.
+    bool nearest = false;
 };
 
 // Throws UsageError for an unknown command, a wrong number of words, an

@@ -19,6 +19,9 @@ int RunTile(const Args& args);
 int RunSprite(const Args& args);
 int RunDelta(const Args& args);
 int RunImportPalette(const Args& args);
+int RunImportTile(const Args& args);
+int RunImportSprite(const Args& args);
+int RunImportDelta(const Args& args);
 int RunExport(const Args& args);
 int RunSheet(const Args& args);
 

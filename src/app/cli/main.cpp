@@ -25,9 +25,17 @@ int main(int argc, char** argv) {
         }
         const Args args = ParseArgs(words);
         static const std::map<std::string, int (*)(const Args&)> run = {
-            {"info", RunInfo},     {"save", RunSave},   {"tile", RunTile},
-            {"sprite", RunSprite}, {"delta", RunDelta}, {"import-palette", RunImportPalette},
-            {"export", RunExport}, {"sheet", RunSheet},
+            {"info", RunInfo},
+            {"save", RunSave},
+            {"tile", RunTile},
+            {"sprite", RunSprite},
+            {"delta", RunDelta},
+            {"import-palette", RunImportPalette},
+            {"export", RunExport},
+            {"sheet", RunSheet},
+            {"import-tile", RunImportTile},
+            {"import-sprite", RunImportSprite},
+            {"import-delta", RunImportDelta},
         };
         return run.at(args.command)(args);
     } catch (const UsageError& e) {

@@ -1,0 +1,88 @@
+// import-tile, import-sprite and import-delta: a picture back into the style.
+#include <cstdio>
+
+#include "checks.h"
+#include "clierror.h"
+#include "commands.h"
+#include "pixels/pictureimport.h"
+#include "style/clssty.h"
+#include "workbench/picturereader.h"
+
+namespace ombrevale::cli {
+namespace {
+
+using ombrevale::pictureimport::Fit;
+
+// The picture's colour numbers in palette pal; without --nearest a picture
+// whose colours the palette does not all hold is refused.
+ByteString NumbersFor(const Args& args, const std::string& picture, std::int32_t w, std::int32_t h,
+                      const std::string& target, std::int16_t pal) {
+    picturefile::Picture pic;
+    if (auto problem = workbench::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
+    if (auto problem = pictureimport::CheckSize(pic, w, h, target)) throw Failure(picture, problem->text);
+    const auto fitted = Fit(pic, pal);
+    const std::string counted =
+        std::to_string(fitted.changed) + " of " + std::to_string(pic.colours.size()) + " pixels";
+    if (fitted.changed > 0 && !args.nearest)
+        throw Failure(picture, counted + " have colours that palette " + std::to_string(pal) +
+                                   " does not hold; give --nearest to take its nearest colours");
+    if (fitted.changed > 0) std::printf("%s took the nearest colour of palette %d\n", counted.c_str(), pal);
+    return fitted.numbers;
+}
+
+std::int16_t PalOption(const Args& args) { return static_cast<std::int16_t>(args.pal.value_or(-1)); }
+
+void Refused(const std::string& picture) { throw Failure(picture, DocumentVoice::Take("was not imported")); }
+
+}  // namespace
+
+int RunImportTile(const Args& args) {
+    const std::string& style = args.words[0];
+    const std::int64_t n = ParseNumber(args.words[1], "N");
+    const std::string& picture = args.words[2];
+    clsSTY doc;
+    LoadStyle(doc, style);
+    const std::int16_t pal = CheckedTilePalette(doc, style, n);
+    const auto numbers = NumbersFor(args, picture, kTileSide, kTileSide, "tile " + std::to_string(n), pal);
+    if (!pictureimport::IntoTile(doc, static_cast<std::int32_t>(n), numbers)) Refused(picture);
+    SaveStyle(doc, args.words[3]);
+    return 0;
+}
+
+int RunImportSprite(const Args& args) {
+    const std::string& style = args.words[0];
+    const std::int64_t n = ParseNumber(args.words[1], "N");
+    const std::string& picture = args.words[2];
+    clsSTY doc;
+    LoadStyle(doc, style);
+    CheckSprite(doc, style, n);
+    const std::int16_t pal = CheckedSpritePalette(doc, style, n, PalOption(args));
+    const auto s = static_cast<std::int32_t>(n);
+    const auto numbers =
+        NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s), "sprite " + std::to_string(n), pal);
+    if (!pictureimport::IntoSprite(doc, s, numbers)) Refused(picture);
+    SaveStyle(doc, args.words[3]);
+    return 0;
+}
+
+int RunImportDelta(const Args& args) {
+    const std::string& style = args.words[0];
+    const std::int64_t sprite = ParseNumber(args.words[1], "SPRITE");
+    const std::int64_t d = ParseNumber(args.words[2], "D");
+    const std::string& picture = args.words[3];
+    clsSTY doc;
+    LoadStyle(doc, style);
+    CheckSprite(doc, style, sprite);
+    const int count = DeltaCountOf(sprite);
+    if (count == 0) throw Failure(style, "sprite " + std::to_string(sprite) + " has no deltas");
+    CheckRange(style, "delta", d, 0, count - 1);
+    const std::int16_t pal = CheckedSpritePalette(doc, style, sprite, PalOption(args));
+    const auto s = static_cast<std::int16_t>(sprite);
+    const auto numbers = NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s),
+                                    "sprite " + std::to_string(sprite), pal);
+    if (!pictureimport::IntoDelta(doc, s, static_cast<std::int16_t>(d), numbers)) Refused(picture);
+    SaveStyle(doc, args.words[4]);
+    return 0;
+}
+
+}  // namespace ombrevale::cli
