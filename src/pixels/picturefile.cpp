@@ -111,7 +111,8 @@ void ReadRow(std::span<const std::uint8_t> row, const Head& h, Picture& out) {
         if (h.bits <= 8) {
             const std::size_t bit = i * h.bits;
             const unsigned shift = 8 - h.bits - static_cast<unsigned>(bit % 8);
-            const auto n = static_cast<std::uint8_t>((row[bit / 8] >> shift) & ((1u << h.bits) - 1));
+            const auto n =
+                static_cast<std::uint8_t>((static_cast<unsigned>(row[bit / 8]) >> shift) & ((1u << h.bits) - 1));
             out.numbers.push_back(n);
             out.colours.push_back(n < out.table.size() ? out.table[n] : Rgba{0, 0, 0, 255});
         } else if (h.bits == 24) {
