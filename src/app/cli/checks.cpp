@@ -52,10 +52,16 @@ std::int16_t CheckedSpritePalette(const clsSTY& doc, const std::string& file, st
     return own;
 }
 
-int DeltaCountOf(std::int64_t sprite) {
+void CheckDelta(const clsSTY& doc, const std::string& file, std::int64_t sprite, std::int64_t d) {
+    CheckSprite(doc, file, sprite);
+    int count = 0;
     for (const auto& e : modDeclares::STYDeltaIndex)
-        if (e.sprite == sprite) return e.deltaCount;
-    return 0;
+        if (e.sprite == sprite) {
+            count = e.deltaCount;
+            break;
+        }
+    if (count == 0) throw Failure(file, "sprite " + std::to_string(sprite) + " has no deltas");
+    CheckRange(file, "delta", d, 0, count - 1);
 }
 
 }  // namespace ombrevale::cli

@@ -15,7 +15,7 @@ std::int16_t CheckedTilePalette(const clsSTY& doc, const std::string& file, std:
 void CheckSprite(const clsSTY& doc, const std::string& file, std::int64_t sprite);
 // The physical palette a sprite is drawn in: its own for -1, else pal itself.
 std::int16_t CheckedSpritePalette(const clsSTY& doc, const std::string& file, std::int64_t sprite, std::int64_t pal);
-// The delta count of the first delta entry for the sprite; 0 if it has none.
-int DeltaCountOf(std::int64_t sprite);
+// Sprite s must exist and its first delta entry must hold delta d.
+void CheckDelta(const clsSTY& doc, const std::string& file, std::int64_t sprite, std::int64_t d);
 
 }  // namespace ombrevale::cli

@@ -19,6 +19,9 @@ struct Args {
     bool nearest = false;
 };
 
+// --pal as the document takes it: -1 for the sprite's own palette.
+inline std::int16_t PalOption(const Args& args) { return static_cast<std::int16_t>(args.pal.value_or(-1)); }
+
 // Throws UsageError for an unknown command, a wrong number of words, an
 // option the command does not take, or a number that is not a decimal number.
 Args ParseArgs(const std::vector<std::string>& argv);

@@ -30,8 +30,6 @@ ByteString NumbersFor(const Args& args, const std::string& picture, std::int32_t
     return fitted.numbers;
 }
 
-std::int16_t PalOption(const Args& args) { return static_cast<std::int16_t>(args.pal.value_or(-1)); }
-
 void Refused(const std::string& picture) { throw Failure(picture, DocumentVoice::Take("was not imported")); }
 
 }  // namespace
@@ -72,10 +70,7 @@ int RunImportDelta(const Args& args) {
     const std::string& picture = args.words[3];
     clsSTY doc;
     LoadStyle(doc, style);
-    CheckSprite(doc, style, sprite);
-    const int count = DeltaCountOf(sprite);
-    if (count == 0) throw Failure(style, "sprite " + std::to_string(sprite) + " has no deltas");
-    CheckRange(style, "delta", d, 0, count - 1);
+    CheckDelta(doc, style, sprite, d);
     const std::int16_t pal = CheckedSpritePalette(doc, style, sprite, PalOption(args));
     const auto s = static_cast<std::int16_t>(sprite);
     const auto numbers = NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s),

@@ -8,8 +8,6 @@
 namespace ombrevale::cli {
 namespace {
 
-std::int16_t PalOption(const Args& args) { return static_cast<std::int16_t>(args.pal.value_or(-1)); }
-
 void CheckPalOption(const clsSTY& doc, const std::string& file, const Args& args) {
     if (args.pal) CheckRange(file, "--pal", *args.pal, -1, doc.GetNumOfPals() - 1);
 }
@@ -48,10 +46,7 @@ int RunDelta(const Args& args) {
     const std::int64_t d = ParseNumber(args.words[2], "D");
     clsSTY doc;
     LoadStyle(doc, style);
-    CheckSprite(doc, style, sprite);
-    const int count = DeltaCountOf(sprite);
-    if (count == 0) throw Failure(style, "sprite " + std::to_string(sprite) + " has no deltas");
-    CheckRange(style, "delta", d, 0, count - 1);
+    CheckDelta(doc, style, sprite, d);
     CheckPalOption(doc, style, args);
     CheckedSpritePalette(doc, style, sprite, PalOption(args));
     WritePicture(args.words[3], false, [&](const std::string& path) {
