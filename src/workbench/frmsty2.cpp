@@ -41,6 +41,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     BuildControls();
     WirePanes();
     WireViews();
+    WireEdits();
     qApp->installEventFilter(this);
     Form_Load();
 }
@@ -164,7 +165,6 @@ void frmSTY2::Form_Load() {
 void frmSTY2::FillLists() {
     lstSprites->clear();
     lstPalettes->clear();
-    lstRecy->clear();
     static const char* const kGroups[6] = {"Car: ", "Ped: ", "Code Object: ", "Map Object: ", "User: ", "Font: "};
     // Each list is filled in one insertion rather than a model change a row.
     QStringList sprites, palettes;
@@ -174,10 +174,7 @@ void frmSTY2::FillLists() {
     for (int i = 1; i <= Sty().GetNumOfPals(); ++i) palettes.append(QStringLiteral("Palette: %1").arg(i));
     lstSprites->addItems(sprites);
     lstPalettes->addItems(palettes);
-    // Every entry but the closing one; with no recycling data the list stays empty.
-    const auto& recy = modDeclares::STYRecycle;
-    for (std::size_t i = 0; i + 1 < recy.size(); ++i)
-        lstRecy->addItem(QString::asprintf("%03d", static_cast<int>(recy[i])));
+    FillRecycleList();
 }
 
 void frmSTY2::ResetPanes() {
@@ -217,6 +214,7 @@ void frmSTY2::cmdGen_Click() {
     busy_ = true;
     if (const std::string path = StylePath(); !path.empty()) Sty().LoadSTY(path);
     busy_ = false;
+    ForgetEdits();
     RenderSheet();
 }
 
@@ -260,6 +258,7 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
                     break;
             }
             if (code != 0) Form_KeyDown(code, static_cast<int>(ke->modifiers()));
+            if (EditKey(ke)) return true;
             if (ke->modifiers() == Qt::ControlModifier && ViewKey(ke->key())) return true;
         }
     }

@@ -5,11 +5,13 @@
 #include <QPointer>
 #include <QWidget>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "pixels/editparts.h"
 #include "style/clssty.h"
 
 class QLabel;
@@ -23,6 +25,8 @@ class PictureBox;
 class QComboBox;
 class QTreeWidget;
 class QListWidgetItem;
+class QUndoStack;
+class QKeyEvent;
 namespace ombrevale::workbench {
 class SurfaceOverlay;
 class SurfaceLegend;
@@ -112,6 +116,16 @@ public:
     ombrevale::workbench::ZoomLens* picSpriteZoom = nullptr;
     ombrevale::workbench::ZoomLens* picFontZoom = nullptr;
 
+    // ---- Edits and their history (frmsty2_edits.cpp) ----
+    // Makes change (false: it changed nothing and has said why) one step that Undo takes back.
+    bool RecordEdit(ombrevale::editparts::Kind kind, std::int32_t number, const QString& text,
+                    const std::function<bool()>& change);
+    // Redraws what shows the part just changed or put back: its cell, the sprite, the strip, the list.
+    void ShowEdited(ombrevale::editparts::Kind kind, std::int32_t number);
+    // A picture into the selected tile, sprite or delta.
+    void ImportPicture();
+    QUndoStack* undoStack = nullptr;
+
     // The file that "save" writes: the last one opened, loaded or saved as.
     std::string CurrentStylePath() const { return panesStylePath_; }
 
@@ -144,6 +158,15 @@ private:
     // Where file dialogs start: the folder of the style in the window.
     QString DialogFolder() const;
     void ShowSaved(const std::string& path);
+    // The palette the sprite pane shows the sprite in: a remap's, or -1 for its own.
+    std::int16_t ShownRemapPalette() const;
+    void WireEdits();
+    // A history of another document means nothing: every load starts a new one.
+    void ForgetEdits();
+    void RedrawTile(std::int32_t t);
+    bool EditKey(const QKeyEvent* key);
+    void SheetMenu(const QPoint& at);
+    void FillRecycleList();
     std::string panesStylePath_;
     // ---- end of the panes' block ----
     // A key of the added views, Ctrl held; true when it was one.

@@ -145,11 +145,15 @@ void frmSTY2::lblColour_Click() {
                "Ombrevale", MsgIcon::Exclamation);
         return;
     }
-    // Blue, green, red in the store; the fourth byte stays.
-    auto& pal = STYPalData[static_cast<std::size_t>(p)];
-    const auto at = static_cast<std::size_t>(*i) * 4;
-    pal[at + 2] = static_cast<std::uint8_t>(*red);
-    pal[at + 1] = static_cast<std::uint8_t>(*green);
-    pal[at] = static_cast<std::uint8_t>(*blue);
+    RecordEdit(ombrevale::editparts::Kind::Palette, p, QStringLiteral("colour %1 of palette %2").arg(*i).arg(p + 1),
+               [&] {
+                   // Blue, green, red in the store; the fourth byte stays.
+                   auto& pal = STYPalData[static_cast<std::size_t>(p)];
+                   const auto at = static_cast<std::size_t>(*i) * 4;
+                   pal[at + 2] = static_cast<std::uint8_t>(*red);
+                   pal[at + 1] = static_cast<std::uint8_t>(*green);
+                   pal[at] = static_cast<std::uint8_t>(*blue);
+                   return true;
+               });
     lstPalettes_Click();
 }

@@ -24,18 +24,33 @@ void frmSTY2::cmdRecyAdd_Click() {
                MsgIcon::Exclamation);
         return;
     }
-    lstRecy->addItem(QString::asprintf("%03d", model));
-    SyncRecycle();
+    RecordEdit(ombrevale::editparts::Kind::Recycling, 0, QStringLiteral("add %1 to recycling").arg(model), [&] {
+        lstRecy->addItem(QString::asprintf("%03d", model));
+        SyncRecycle();
+        return true;
+    });
 }
 
 void frmSTY2::cmdRecyRemove_Click() {
     const int row = lstRecy->currentRow();
     if (row < 0 || !lstRecy->item(row)->isSelected()) return;
-    delete lstRecy->takeItem(row);
-    // The list would move the selection to the next row, and a second press would remove that one too.
-    lstRecy->setCurrentItem(nullptr);
-    lstRecy->clearSelection();
-    SyncRecycle();
+    const QString model = lstRecy->item(row)->text();
+    RecordEdit(ombrevale::editparts::Kind::Recycling, 0, QStringLiteral("remove %1 from recycling").arg(model), [&] {
+        delete lstRecy->takeItem(row);
+        // The list would move the selection to the next row, and a second press would remove that one too.
+        lstRecy->setCurrentItem(nullptr);
+        lstRecy->clearSelection();
+        SyncRecycle();
+        return true;
+    });
+}
+
+void frmSTY2::FillRecycleList() {
+    lstRecy->clear();
+    // Every entry but the closing one; with no recycling data the list stays empty.
+    const auto& recy = modDeclares::STYRecycle;
+    for (std::size_t i = 0; i + 1 < recy.size(); ++i)
+        lstRecy->addItem(QString::asprintf("%03d", static_cast<int>(recy[i])));
 }
 
 void frmSTY2::SyncRecycle() {

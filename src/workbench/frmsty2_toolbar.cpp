@@ -1,5 +1,5 @@
-// The tool bar: transparency, copy and paste, and the file commands open, save,
-// save as, export and import.
+// The tool bar: transparency, copy and paste, the file commands open, save,
+// save as, export and import, and undo and redo.
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -16,6 +16,7 @@
 #include <QTemporaryDir>
 #include <QToolButton>
 #include <QToolTip>
+#include <QUndoStack>
 
 #include "style/hooks.h"
 #include "style/moddeclares.h"
@@ -36,10 +37,11 @@ struct Button {
     const char* caption;
     const char* image;
 };
-const Button kButtons[8] = {{"open", "Open", "open"},       {"save", "Save", "save"},
-                            {"saveas", "Save As", "save"},  {"trans", "Transparent", "trans"},
-                            {"export", "Export", "export"}, {"import", "Import", "import"},
-                            {"copy", "Copy", "copy"},       {"paste", "Paste", "paste"}};
+const Button kButtons[] = {{"open", "Open", "open"},       {"save", "Save", "save"},
+                           {"saveas", "Save As", "save"},  {"trans", "Transparent", "trans"},
+                           {"export", "Export", "export"}, {"import", "Import", "import"},
+                           {"copy", "Copy", "copy"},       {"paste", "Paste", "paste"},
+                           {"undo", "Undo", "undo"},       {"redo", "Redo", "redo"}};
 
 const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
 
@@ -124,6 +126,10 @@ void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
         ToolbarExport();
     } else if (Key == QLatin1String("import")) {
         ToolbarImport();
+    } else if (Key == QLatin1String("undo")) {
+        undoStack->undo();
+    } else if (Key == QLatin1String("redo")) {
+        undoStack->redo();
     }
 }
 
@@ -157,6 +163,7 @@ void frmSTY2::ToolbarOpen() {
         return;
     }
     panesStylePath_ = file;
+    ForgetEdits();
     RefillAfterOpen();
     if (!report.warnings.empty()) MsgBox(LoadWarningText(file, report), "Ombrevale", MsgIcon::Information);
 }
@@ -211,13 +218,7 @@ void frmSTY2::ToolbarExport() {
     QTemporaryDir tmp;
     const std::string bmp = png ? (tmp.path() + QStringLiteral("/export.bmp")).toStdString() : path.toStdString();
     // The sprite goes out in the palette it is shown in: its own or the chosen remap.
-    std::int16_t pal = -1;
-    if (lstRemaps->currentRow() > 0 && lstRemaps->isEnabled()) {
-        const long m = lstRemaps->currentItem()->text().toLong();
-        const long v = modDeclares::STYPalBase[0] + modDeclares::STYPalBase[1] + m;
-        if (v >= 0 && static_cast<std::size_t>(v) < modDeclares::STYPalIndex.size())
-            pal = modDeclares::STYPalIndex[static_cast<std::size_t>(v)];
-    }
+    std::int16_t pal = ShownRemapPalette();
     bool ok = false;
     if (sSelKind == "t")
         ok = Sty().SaveTile(bmp, iSelNum);
@@ -230,7 +231,20 @@ void frmSTY2::ToolbarExport() {
     if (pic.isNull() || !pic.save(path, "PNG")) Tell("The picture file " + path.toStdString() + " cannot be written.");
 }
 
+std::int16_t frmSTY2::ShownRemapPalette() const {
+    if (lstRemaps->currentRow() <= 0 || !lstRemaps->isEnabled()) return -1;
+    const long m = lstRemaps->currentItem()->text().toLong();
+    const long v = modDeclares::STYPalBase[0] + modDeclares::STYPalBase[1] + m;
+    if (v < 0 || static_cast<std::size_t>(v) >= modDeclares::STYPalIndex.size()) return -1;
+    return modDeclares::STYPalIndex[static_cast<std::size_t>(v)];
+}
+
 void frmSTY2::ToolbarImport() {
+    // Pictures go into what is selected, as Copy and Export take it; a palette takes a JASC file.
+    if (sSelKind == "t" || sSelKind == "s" || sSelKind == "d") {
+        ImportPicture();
+        return;
+    }
     const int p = lstPalettes->currentRow();
     if (p < 0) {
         Tell("Choose the palette to import into on the Palettes page first.");
@@ -244,5 +258,8 @@ void frmSTY2::ToolbarImport() {
         Tell(path.toStdString() + " is not a JASC-PAL palette file. The palette was not changed.");
         return;
     }
-    if (Sty().ImportPalette(path.toStdString(), p)) lstPalettes_Click();
+    const bool imported =
+        RecordEdit(ombrevale::editparts::Kind::Palette, p, QStringLiteral("JASC import into palette %1").arg(p + 1),
+                   [&] { return Sty().ImportPalette(path.toStdString(), p); });
+    if (imported) lstPalettes_Click();
 }

@@ -2,6 +2,7 @@
 
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QMessageBox>
 
 namespace ombrevale::panesdialogs {
 namespace {
@@ -27,6 +28,11 @@ QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, cons
     if (Installed().fileDialog) return Installed().fileDialog(parent, mode, sCaption, sFilter, sFolder);
     return mode == FileMode::Open ? QFileDialog::getOpenFileName(parent, sCaption, sFolder, sFilter)
                                   : QFileDialog::getSaveFileName(parent, sCaption, sFolder, sFilter);
+}
+
+bool Question(QWidget* parent, const QString& sPrompt) {
+    if (Installed().question) return Installed().question(parent, sPrompt);
+    return QMessageBox::question(parent, QStringLiteral("Ombrevale"), sPrompt) == QMessageBox::Yes;
 }
 
 }  // namespace ombrevale::panesdialogs

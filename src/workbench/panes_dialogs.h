@@ -1,5 +1,5 @@
 #pragma once
-// The questions the panes ask the user: an input box and file dialogs. Tests
+// The questions the panes ask the user: an input box, file dialogs and yes or no. Tests
 // put their own answers in place of the real dialogs.
 
 #include <QString>
@@ -20,6 +20,8 @@ struct Dialogs {
     std::function<QString(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
                           const QString& sFolder)>
         fileDialog;
+    // True for Yes.
+    std::function<bool(QWidget* parent, const QString& sPrompt)> question;
 };
 
 // Replaces the dialogs; an empty function means the real Qt dialog.
@@ -27,5 +29,6 @@ void Install(Dialogs dialogs);
 std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt);
 QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
                    const QString& sFolder);
+bool Question(QWidget* parent, const QString& sPrompt);
 
 }  // namespace ombrevale::panesdialogs

@@ -95,6 +95,24 @@ void Cut(QPainter& p) {
     p.drawEllipse(QRectF(9.5, 10, 4.5, 4.5));
 }
 
+// A half turn ending in an arrow head: back (left) for undo, forward for redo.
+void Turn(QPainter& p, bool back) {
+    if (!back) {
+        p.translate(kSide, 0);
+        p.scale(-1, 1);
+    }
+    const QColor c(0x20, 0x60, 0xC0);
+    p.setPen(QPen(c, 2, Qt::SolidLine, Qt::FlatCap));
+    p.setBrush(Qt::NoBrush);
+    p.drawArc(QRectF(4, 3, 9, 9), 180 * 16, -200 * 16);
+    p.setPen(Qt::NoPen);
+    p.setBrush(c);
+    p.drawPolygon(QPolygonF({QPointF(0.5, 7), QPointF(7.5, 7), QPointF(4, 11.5)}));
+}
+
+void Undo(QPainter& p) { Turn(p, true); }
+void Redo(QPainter& p) { Turn(p, false); }
+
 }  // namespace
 
 QPixmap Picture(const QString& key) {
@@ -102,8 +120,8 @@ QPixmap Picture(const QString& key) {
     static const struct {
         const char* key;
         Draw draw;
-    } kPictures[] = {{"open", Open},     {"save", Save}, {"trans", Trans}, {"export", Export},
-                     {"import", Import}, {"copy", Copy}, {"paste", Paste}, {"cut", Cut}};
+    } kPictures[] = {{"open", Open}, {"save", Save},   {"trans", Trans}, {"export", Export}, {"import", Import},
+                     {"copy", Copy}, {"paste", Paste}, {"cut", Cut},     {"undo", Undo},     {"redo", Redo}};
     for (const auto& picture : kPictures) {
         if (key != QLatin1String(picture.key)) continue;
         QPixmap pm(kSide, kSide);

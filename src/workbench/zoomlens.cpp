@@ -54,6 +54,8 @@ void ZoomLens::ShowMenu(const QPoint& globalPos) {
         group->addAction(a);
         connect(a, &QAction::triggered, this, [this, s] { SetZoom(s); });
     }
+    if (!more_.isEmpty()) menu.addSeparator();
+    menu.addActions(more_);
     menu.exec(globalPos);
 }
 

@@ -4,10 +4,12 @@
 // reads the picture, so whatever is drawn into the box (a delta over its
 // sprite) shows at every zoom. Hidden at 1x, where the box shows itself.
 
+#include <QList>
 #include <QWidget>
 #include <array>
 
 class PictureBox;
+class QAction;
 
 namespace ombrevale::workbench {
 
@@ -25,6 +27,8 @@ public:
     QPoint Origin() const { return origin_; }
     // Where the lens point pos lies in the picture and the colour there, as the palette pane words it.
     QString TipAt(QPoint pos) const;
+    // Actions of the picture's own that its menu offers below the zoom steps.
+    void SetMoreActions(QList<QAction*> actions) { more_ = std::move(actions); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -43,6 +47,7 @@ private:
     QPoint origin_;
     QPoint dragFrom_;
     QPoint dragOrigin_;
+    QList<QAction*> more_;
 };
 
 }  // namespace ombrevale::workbench

@@ -93,7 +93,7 @@ private slots:
             folders_ << folder;
             return answers_.isEmpty() ? QString() : answers_.takeFirst();
         };
-        ombrevale::panesdialogs::Install({input, file});
+        ombrevale::panesdialogs::Install({input, file, {}});
     }
     void cleanup() {
         ombrevale::panesdialogs::Install({});

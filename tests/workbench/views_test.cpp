@@ -69,6 +69,7 @@ private slots:
                                               return reply_.isValid() ? std::optional<QString>(reply_.toString())
                                                                       : std::nullopt;
                                           },
+                                          {},
                                           {}});
         QVERIFY(STYCarInfo.at(0).remaps.size() >= 2);
     }

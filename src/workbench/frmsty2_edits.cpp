@@ -1,0 +1,196 @@
+// Edits of the style and their undo: pictures imported into a tile, a sprite
+// or a delta, and the steps the other panes record (colour writes, palette
+// imports, recycling entries).
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QUndoStack>
+
+#include "pixels/checks.h"
+#include "pixels/pictureimport.h"
+#include "style/hooks.h"
+#include "style/moddeclares.h"
+#include "workbench/frmsty2.h"
+#include "workbench/panes_dialogs.h"
+#include "workbench/picturebox.h"
+#include "workbench/picturereader.h"
+#include "workbench/zoomlens.h"
+
+using ombrevale::editparts::Kind;
+using ombrevale::editparts::Part;
+
+namespace {
+
+constexpr int kCell = 64;
+
+// One step of the history: the part of the stores it changed, before and after.
+class StyleEdit : public QUndoCommand {
+public:
+    StyleEdit(frmSTY2* window, const QString& text, Part before, Part after)
+        : QUndoCommand(text), window_(window), before_(std::move(before)), after_(std::move(after)) {}
+    void undo() override { Show(before_); }
+    void redo() override {
+        // The edit itself has already been made when the step is recorded.
+        if (std::exchange(first_, false)) return;
+        Show(after_);
+    }
+
+private:
+    void Show(const Part& part) {
+        ombrevale::editparts::Put(window_->Sty(), part);
+        window_->ShowEdited(part.kind, part.number);
+    }
+    frmSTY2* window_;
+    Part before_;
+    Part after_;
+    bool first_ = true;
+};
+
+}  // namespace
+
+void frmSTY2::WireEdits() {
+    undoStack = new QUndoStack(this);
+    for (const char* key : {"undo", "redo"}) {
+        auto* a = tlbMain->findChild<QAction*>(QString::fromLatin1(key));
+        const bool undo = key[0] == 'u';
+        a->setEnabled(false);
+        connect(undoStack, undo ? &QUndoStack::canUndoChanged : &QUndoStack::canRedoChanged, a, &QAction::setEnabled);
+        connect(undoStack, undo ? &QUndoStack::undoTextChanged : &QUndoStack::redoTextChanged, a,
+                [a, undo](const QString& text) {
+                    const QString verb = undo ? QStringLiteral("Undo") : QStringLiteral("Redo");
+                    a->setToolTip(text.isEmpty() ? verb : verb + QLatin1Char(' ') + text);
+                });
+    }
+    // The menus of the sheet and of the sprite picture offer the same as the tool bar.
+    picMain->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(picMain, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) { SheetMenu(at); });
+    auto* importSprite = new QAction(QStringLiteral("Import picture..."), this);
+    auto* exportSprite = new QAction(QStringLiteral("Export picture..."), this);
+    connect(importSprite, &QAction::triggered, this, [this] { tlbMain_ButtonClick(QStringLiteral("import")); });
+    connect(exportSprite, &QAction::triggered, this, [this] { tlbMain_ButtonClick(QStringLiteral("export")); });
+    picSpriteZoom->SetMoreActions({importSprite, exportSprite});
+}
+
+void frmSTY2::SheetMenu(const QPoint& at) {
+    const int cols = Cols();
+    if (cols <= 0 || at.x() < 0 || at.y() < 0 || at.x() / kCell >= cols) return;
+    // The menu is about the tile under the pointer: it is chosen as a click chooses it.
+    const int t = at.y() / kCell * cols + at.x() / kCell;
+    if (sSelKind != "t" || picMain->Tag.toInt() != t) picMain_MouseUp(Qt::RightButton, 0, at.x(), at.y());
+    if (sSelKind != "t" || picMain->Tag.toInt() != t) return;
+    QMenu menu;
+    menu.addAction(QStringLiteral("Import picture into tile %1...").arg(t), this, [this] { ImportPicture(); });
+    menu.addAction(QStringLiteral("Export tile %1...").arg(t), this,
+                   [this] { tlbMain_ButtonClick(QStringLiteral("export")); });
+    menu.exec(picMain->mapToGlobal(at));
+}
+
+bool frmSTY2::EditKey(const QKeyEvent* key) {
+    // A text box keeps Ctrl+Z for its own text.
+    if (qobject_cast<QLineEdit*>(QApplication::focusWidget())) return false;
+    const auto mods = key->modifiers();
+    const bool undo = mods == Qt::ControlModifier && key->key() == Qt::Key_Z;
+    const bool redo = (mods == (Qt::ControlModifier | Qt::ShiftModifier) && key->key() == Qt::Key_Z) ||
+                      (mods == Qt::ControlModifier && key->key() == Qt::Key_Y);
+    if (undo) undoStack->undo();
+    if (redo) undoStack->redo();
+    return undo || redo;
+}
+
+bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, const std::function<bool()>& change) {
+    Part before = ombrevale::editparts::Take(Sty(), kind, number);
+    if (!change()) return false;
+    Part after = ombrevale::editparts::Take(Sty(), kind, number);
+    ShowEdited(kind, number);
+    // A step that changed nothing would only make the user press Undo twice.
+    if (after != before) undoStack->push(new StyleEdit(this, text, std::move(before), std::move(after)));
+    return true;
+}
+
+void frmSTY2::ForgetEdits() {
+    if (undoStack) undoStack->clear();
+}
+
+void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
+    // The panes show the stores as they are now, and what the user has chosen stays chosen.
+    const std::string kind0 = sSelKind;
+    const std::int16_t num0 = iSelNum;
+    switch (kind) {
+        case Kind::Tile:
+            RedrawTile(number);
+            break;
+        case Kind::Palette:
+            for (std::size_t t = 0; t < modDeclares::STYPalIndex.size(); ++t)
+                if (modDeclares::STYPalIndex[t] == number && t < static_cast<std::size_t>(Sty().GetNumOfTiles()))
+                    RedrawTile(static_cast<std::int32_t>(t));
+            if (lstPalettes->currentRow() == number) lstPalettes_Click();
+            [[fallthrough]];
+        case Kind::Sprite:
+        case Kind::Deltas:
+            if (lstSprites->currentRow() >= 0 && !picSprite->image().isNull()) ShowSprite();
+            break;
+        case Kind::Recycling:
+            FillRecycleList();
+            break;
+    }
+    sSelKind = kind0;
+    iSelNum = num0;
+}
+
+void frmSTY2::RedrawTile(std::int32_t t) {
+    const int cols = Cols();
+    if (cols <= 0 || t < 0 || t >= LastTilesDrawn() || !Sty().RenderTile(t, *picTTmp)) return;
+    const int x = t % cols * kCell, y = t / cols * kCell;
+    picMain->BitBlt(x, y, kCell, kCell, *picTTmp, 0, 0);
+    // The box is drawn by inverting, so a fresh picture under it needs it again.
+    if (boxCell_ && *boxCell_ == QPoint(t % cols, t / cols)) picMain->InvertBox(x, y, x + kCell, y + kCell);
+    picMain->update();
+}
+
+void frmSTY2::ImportPicture() {
+    namespace imp = ombrevale::pictureimport;
+    const bool tile = sSelKind == "t";
+    const std::int32_t n = iSelNum;
+    const std::int16_t delta = static_cast<std::int16_t>(cmbDeltas->currentIndex() - 1);
+    const std::string name = tile              ? "tile " + std::to_string(n)
+                             : sSelKind == "d" ? "delta " + std::to_string(delta) + " of sprite " + std::to_string(n)
+                                               : "sprite " + std::to_string(n);
+    const auto pal = tile ? ombrevale::pixelchecks::TilePalette(Sty(), n)
+                          : ombrevale::pixelchecks::SpritePalette(Sty(), n, ShownRemapPalette());
+    if (!pal) return;
+    const QString path = ombrevale::panesdialogs::FileDialog(
+        this, ombrevale::panesdialogs::FileMode::Open, QStringLiteral("Import Picture"),
+        QStringLiteral("Pictures (*.bmp *.png);;All files (*)"), DialogFolder());
+    if (path.isEmpty()) return;
+    const std::string file = path.toStdString();
+    ombrevale::picturefile::Picture pic;
+    auto problem = ombrevale::workbench::ReadPicture(file, pic);
+    if (!problem)
+        problem = imp::CheckSize(pic, tile ? kCell : Sty().GetSpriteWidth(n), tile ? kCell : Sty().GetSpriteHeight(n),
+                                 tile ? name : "sprite " + std::to_string(n));
+    if (problem) {
+        MsgBox("The picture " + file + " " + problem->text + ". Nothing was changed.", "Ombrevale",
+               MsgIcon::Exclamation);
+        return;
+    }
+    const imp::Fitted fitted = imp::Fit(pic, *pal);
+    if (fitted.changed > 0 &&
+        !ombrevale::panesdialogs::Question(
+            this, QStringLiteral("%1 of %2 pixels of %3 have colours that palette %4 does not hold.\n\n"
+                                 "Import the picture with the nearest colour of the palette in their place?")
+                      .arg(fitted.changed)
+                      .arg(pic.colours.size())
+                      .arg(path)
+                      .arg(*pal)))
+        return;
+    const Kind kind = tile ? Kind::Tile : sSelKind == "d" ? Kind::Deltas : Kind::Sprite;
+    RecordEdit(kind, n, QStringLiteral("import into %1").arg(QString::fromStdString(name)), [&] {
+        if (kind == Kind::Tile) return imp::IntoTile(Sty(), n, fitted.numbers);
+        if (kind == Kind::Sprite) return imp::IntoSprite(Sty(), n, fitted.numbers);
+        return imp::IntoDelta(Sty(), static_cast<std::int16_t>(n), delta, fitted.numbers);
+    });
+}
