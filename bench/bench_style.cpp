@@ -1,6 +1,7 @@
 // Load and save of the bundled sample style (about 5 MB, full-size sections),
 // each beside its floor: the least any loader or saver has to do with the
-// same bytes.
+// same bytes. And a picture imported into one of its tiles and its largest
+// sprite, every pixel a colour the palette lacks.
 
 #include <benchmark/benchmark.h>
 
@@ -12,7 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "pixels/pictureimport.h"
 #include "style/clssty.h"
+#include "style/moddeclares.h"
 
 namespace {
 
@@ -102,6 +105,67 @@ void BM_SaveSTY_Floor(benchmark::State& state) {
     std::remove((out + ".bak").c_str());
 }
 BENCHMARK(BM_SaveSTY_Floor)->Unit(benchmark::kMillisecond);
+
+// A 24-bit BMP of w x h pixels in colours no palette is likely to hold exactly.
+std::string WriteNoisyBmp(const char* name, int w, int h) {
+    const auto stride = static_cast<std::uint32_t>((w * 3 + 3) / 4 * 4);
+    std::vector<std::uint8_t> b(54 + stride * static_cast<std::uint32_t>(h), 0);
+    const auto put = [&b](std::size_t at, std::uint32_t v) {
+        for (std::size_t i = 0; i < 4; ++i) b[at + i] = static_cast<std::uint8_t>(v >> (8 * i));
+    };
+    b[0] = 'B';
+    b[1] = 'M';
+    put(10, 54);
+    put(14, 40);
+    put(18, static_cast<std::uint32_t>(w));
+    put(22, static_cast<std::uint32_t>(h));
+    put(26, 1 | 24 << 16);
+    std::uint32_t seed = 12345;
+    for (std::size_t i = 54; i < b.size(); ++i) {
+        seed = seed * 1103515245u + 12345u;
+        b[i] = static_cast<std::uint8_t>(seed >> 16);
+    }
+    const std::string path = TempPath(name);
+    std::FILE* f = std::fopen(path.c_str(), "wb");
+    if (f) {
+        std::fwrite(b.data(), 1, b.size(), f);
+        std::fclose(f);
+    }
+    return path;
+}
+
+// Read, fitted to the target's palette by nearest colour, and written into the document.
+void Import(benchmark::State& state, bool sprite) {
+    namespace imp = ombrevale::pictureimport;
+    clsSTY doc;
+    if (!doc.LoadSTY(kSample)) return state.SkipWithError("the sample does not load");
+    std::int32_t target = 5, w = 64, h = 64;
+    if (sprite)
+        for (std::int32_t s = 0; s < static_cast<std::int32_t>(doc.STYSpriteIndex.size()); ++s)
+            if (doc.GetSpriteWidth(s) * doc.GetSpriteHeight(s) > w * h || target == 5) {
+                target = s;
+                w = doc.GetSpriteWidth(s);
+                h = doc.GetSpriteHeight(s);
+            }
+    const std::string file = WriteNoisyBmp("ombrevale-bench-import.bmp", w, h);
+    const std::int16_t pal =
+        sprite ? modDeclares::STYPalIndex.at(static_cast<std::size_t>(modDeclares::STYPalBase[0] + target))
+               : modDeclares::STYPalIndex.at(static_cast<std::size_t>(target));
+    for (auto _ : state) {
+        ombrevale::picturefile::Picture pic;
+        if (ombrevale::picturefile::ReadBMPFile(file, pic)) return state.SkipWithError("the picture does not read");
+        const auto fitted = imp::Fit(pic, pal);
+        const bool in =
+            sprite ? imp::IntoSprite(doc, target, fitted.numbers) : imp::IntoTile(doc, target, fitted.numbers);
+        if (!in || fitted.changed == 0) return state.SkipWithError("the import did not map colours");
+    }
+    state.SetLabel(std::to_string(w) + "x" + std::to_string(h));
+    std::remove(file.c_str());
+}
+void BM_ImportTileNearest(benchmark::State& state) { Import(state, false); }
+void BM_ImportSpriteNearest(benchmark::State& state) { Import(state, true); }
+BENCHMARK(BM_ImportTileNearest)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ImportSpriteNearest)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
