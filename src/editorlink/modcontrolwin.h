@@ -20,6 +20,11 @@ extern std::atomic<std::uint32_t> hWndEditorList;
 // Linux: begins starting ombrevale-link.exe so that it is up by the time the
 // first search runs; returns at once. Windows: nothing to start.
 void StartEditorLink();
+// Linux: until released, a start waits to launch Wine (its boot would slow
+// the window's first paint on a machine of few cores); searches and clicks
+// queue meanwhile. Windows: nothing to hold.
+void HoldEditorLink();
+void ReleaseEditorLink();
 
 // The search (EnumWindows with EnumWindowsProc). A match overwrites
 // hWndEditorList; no match leaves it as it was. Linux, helper still starting:

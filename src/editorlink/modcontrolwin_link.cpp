@@ -37,6 +37,10 @@ bool ClickNow(std::uint32_t hWnd, std::int32_t& Item) {
 
 void StartEditorLink() { ombrevale::linkhelper::Start(); }
 
+void HoldEditorLink() { ombrevale::linkhelper::Hold(true); }
+
+void ReleaseEditorLink() { ombrevale::linkhelper::Hold(false); }
+
 void FindEditorList() { ombrevale::linkhelper::WhenUp(kSearch, SearchNow); }
 
 void clickListboxItem(std::uint32_t hWnd, std::int32_t& Item) {

@@ -63,6 +63,10 @@ std::uint32_t SearchEditorList() {
 
 void StartEditorLink() {}
 
+void HoldEditorLink() {}
+
+void ReleaseEditorLink() {}
+
 void FindEditorList() { SearchEditorList(); }
 
 void clickListboxItem(std::uint32_t hWnd, std::int32_t& Item) {

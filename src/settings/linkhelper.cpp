@@ -179,6 +179,12 @@ public:
         BeginStart();
     }
 
+    void Hold(bool on) {
+        std::lock_guard lock(m_);
+        held_ = on;
+        cv_.notify_all();
+    }
+
     bool Ready() {
         std::lock_guard lock(m_);
         return state_ == State::Up && !draining_;
@@ -234,6 +240,7 @@ public:
         queue_.clear();
         lastFailedStart_.reset();
         wake_ = false;
+        held_ = false;
         worker_ = std::thread();
         stopping_ = false;
     }
@@ -269,7 +276,7 @@ private:
     void Work() {
         std::unique_lock lock(m_);
         for (;;) {
-            cv_.wait(lock, [this] { return wake_ || stopping_; });
+            cv_.wait(lock, [this] { return (wake_ && !held_) || stopping_; });
             if (stopping_) return;
             wake_ = false;
             Pipe::Plan plan = std::move(plan_);
@@ -309,6 +316,7 @@ private:
     std::condition_variable cv_;
     State state_ = State::Down;
     bool wake_ = false;
+    bool held_ = false;
     bool draining_ = false;
     std::atomic<bool> stopping_ = false;
     std::vector<Queued> queue_;
@@ -326,6 +334,8 @@ Helper& TheHelper() {
 }  // namespace
 
 void Start() { TheHelper().Start(); }
+
+void Hold(bool on) { TheHelper().Hold(on); }
 
 bool Ready() { return TheHelper().Ready(); }
 

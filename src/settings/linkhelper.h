@@ -15,6 +15,11 @@ namespace ombrevale::linkhelper {
 // A start that failed is not tried again for a few seconds.
 void Start();
 
+// While held, a start that is asked for waits to launch Wine until the hold
+// is let go: on a machine of few cores Wine's boot would slow the window's
+// first paint. Requests meanwhile fail at once and jobs queue as in a start.
+void Hold(bool on);
+
 // Up, with nothing queued ahead of a new request.
 bool Ready();
 

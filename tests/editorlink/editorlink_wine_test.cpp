@@ -132,15 +132,19 @@ TEST(Click, ReachesTheEditorUntilItClosesAndTheNextOneOnceTheHelperIsUp) {
     // Searches and clicks made while the helper starts wait for it; the last click only goes out.
     editor = std::make_unique<StandIn>(Window{}, dir.File("second.log"));
     ASSERT_TRUE(editor->ok());
+    // Held, as the window holds it until its first paint: Wine is not launched.
     ombrevale::linkhelper::Shutdown();
-    ombrevale::linkhelper::Start();
-    ASSERT_FALSE(ombrevale::linkhelper::Ready()) << "Wine answered before the clicks could be made";
+    modControlWin::HoldEditorLink();
+    modControlWin::StartEditorLink();
     for (std::int32_t row : {3, 7}) {
         modControlWin::FindEditorList();
         item = row;
         modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
         EXPECT_EQ(item, 0) << "nothing has answered yet";
     }
+    std::this_thread::sleep_for(std::chrono::seconds(1));
+    ASSERT_FALSE(ombrevale::linkhelper::Ready()) << "a held start launched Wine";
+    modControlWin::ReleaseEditorLink();
     ASSERT_TRUE(LinkUp());
     EXPECT_EQ(modControlWin::hWndEditorList, editor->list());
     ASSERT_TRUE(editor->WaitFor("lbuttonup", 1, 5000));

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 
 #if defined(Q_OS_LINUX)
 #include <dlfcn.h>
@@ -133,14 +134,41 @@ private:
     bool seen_ = false;
 };
 
+// Wine's boot would take the cores the first paint needs, so the editor link
+// launches it once the sheet is on screen, or after a second at the latest.
+class LinkAfterFirstPaint : public QObject {
+public:
+    explicit LinkAfterFirstPaint(QWidget* sheet) {
+        sheet->installEventFilter(this);
+        QTimer::singleShot(kLatestMs, this, [this] { Release(); });
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Paint) {
+            watched->removeEventFilter(this);
+            QTimer::singleShot(0, this, [this] { Release(); });
+        }
+        return false;
+    }
+
+private:
+    static constexpr int kLatestMs = 1000;
+    void Release() {
+        if (!std::exchange(released_, true)) modControlWin::ReleaseEditorLink();
+    }
+    bool released_ = false;
+};
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
     if (const auto answered = AnswerWithoutWindow(argc, argv)) return *answered;
     QElapsedTimer sinceStart;
     sinceStart.start();
-    // Wine may take a second or more to come up in a cold prefix: let it do
-    // so while Qt connects to the display and the style loads.
+    // Wine may take a second or more to come up in a cold prefix: everything
+    // but the launch itself is made ready now, and nothing waits for it.
+    modControlWin::HoldEditorLink();
     modControlWin::StartEditorLink();
     FontConfigWarmUp fonts;
     QApplication app(argc, argv);
@@ -165,6 +193,7 @@ int main(int argc, char* argv[]) {
         // window's own filter sets off what follows the first paint.
         app.installEventFilter(&*timing);
     }
+    const LinkAfterFirstPaint link(window.picMain);
     window.show();
     return app.exec();
 }
