@@ -55,6 +55,24 @@ std::span<const std::uint8_t> DeltaBytes(std::int16_t deltaNumber, std::int16_t 
 
 }  // namespace
 
+namespace ombrevale::spriteblock {
+
+ByteString RowsWithDelta(const clsSTY& doc, const Geometry& g, std::int16_t sprite, std::int16_t delta) {
+    ByteString block = RowsTopFirst(doc, g);
+    // One column right of where RenderDelta draws.
+    ombrevale::deltaruns::ForEachRun(DeltaBytes(delta, sprite), [&](std::int64_t P, auto pixels) {
+        if (P < 0) return;
+        const std::int64_t first = (P / kSpriteRowStride) * g.padded + P % kSpriteRowStride + 1;
+        for (std::size_t i = 0; i < pixels.size(); ++i) {
+            const auto at = static_cast<std::size_t>(first) + i;
+            if (at < block.size()) block[at] = pixels[i];
+        }
+    });
+    return block;
+}
+
+}  // namespace ombrevale::spriteblock
+
 ByteString clsSTY::GetDeltaString(std::int16_t deltaNumber, std::int16_t spriteIdx) const {
     const auto bytes = DeltaBytes(deltaNumber, spriteIdx);
     return ByteString(bytes.begin(), bytes.end());
@@ -83,16 +101,7 @@ bool clsSTY::SaveDelta(const std::string& sFile, std::int16_t deltaNumber, std::
     const auto pal = ombrevale::pixelchecks::SpritePalette(*this, spriteIdx, Pal);
     if (!pal) return false;
     const auto g = ombrevale::spriteblock::Of(*this, spriteIdx);
-    ByteString block = ombrevale::spriteblock::RowsTopFirst(*this, g);
-    // One column right of where RenderDelta draws; what passes the block's end is dropped.
-    ombrevale::deltaruns::ForEachRun(DeltaBytes(deltaNumber, spriteIdx), [&](std::int64_t P, auto pixels) {
-        if (P < 0) return;
-        const std::int64_t first = (P / kSpriteRowStride) * g.padded + P % kSpriteRowStride + 1;
-        for (std::size_t i = 0; i < pixels.size(); ++i) {
-            const auto at = static_cast<std::size_t>(first) + i;
-            if (at < block.size()) block[at] = pixels[i];
-        }
-    });
+    const ByteString block = ombrevale::spriteblock::RowsWithDelta(*this, g, spriteIdx, deltaNumber);
     std::error_code ec;
     std::filesystem::remove(sFile, ec);
     Pal = *pal;

@@ -72,7 +72,7 @@ std::optional<ByteString> SpriteWith(const clsSTY& doc, const spriteblock::Geome
 
 }  // namespace
 
-Fitted Fit(const Picture& pic, std::int16_t pal) {
+Fitted Fit(const Picture& pic, std::int16_t pal, const ByteString& present) {
     Fitted out;
     if (TableIsPalette(pic, pal)) {
         out.numbers = pic.numbers;
@@ -81,7 +81,12 @@ Fitted Fit(const Picture& pic, std::int16_t pal) {
     }
     std::unordered_map<std::uint32_t, std::uint8_t> seen;
     out.numbers.reserve(pic.colours.size());
-    for (const Rgba& px : pic.colours) {
+    for (std::size_t i = 0; i < pic.colours.size(); ++i) {
+        const Rgba& px = pic.colours[i];
+        if (i < present.size() && px.a != 0 && SameRgb(PaletteColour(pal, present[i]), px)) {
+            out.numbers.push_back(present[i]);
+            continue;
+        }
         if (px.a == 0 || SameRgb(px, kKey)) {
             out.numbers.push_back(0);
             continue;
@@ -100,6 +105,26 @@ ombrevale::Outcome CheckSize(const Picture& pic, std::int32_t w, std::int32_t h,
     return ombrevale::Problem{ombrevale::Problem::Kind::Damaged,
                               "is " + std::to_string(pic.width) + " x " + std::to_string(pic.height) + " pixels, but " +
                                   target + " is " + std::to_string(w) + " x " + std::to_string(h)};
+}
+
+ByteString TileNumbers(const clsSTY& doc, std::int32_t tile) {
+    if (!pixelchecks::TileExists(doc, tile)) return {};
+    const Tile& t = doc.STYTileStore[static_cast<std::size_t>(tile)];
+    return ByteString(t.begin(), t.end());
+}
+
+ByteString SpriteNumbers(const clsSTY& doc, std::int32_t sprite, std::int16_t delta) {
+    if (!pixelchecks::SpriteExists(doc, sprite) || sprite > INT16_MAX) return {};
+    const auto g = spriteblock::Of(doc, sprite);
+    const ByteString block = delta < 0 ? spriteblock::RowsTopFirst(doc, g)
+                                       : spriteblock::RowsWithDelta(doc, g, static_cast<std::int16_t>(sprite), delta);
+    const auto W = static_cast<std::size_t>(g.padded), w = static_cast<std::size_t>(g.width);
+    if (block.size() != W * static_cast<std::size_t>(g.height)) return {};
+    ByteString out;
+    out.reserve(w * static_cast<std::size_t>(g.height));
+    for (std::size_t y = 0; y < static_cast<std::size_t>(g.height); ++y)
+        out.insert(out.end(), block.begin() + static_cast<long>(y * W), block.begin() + static_cast<long>(y * W + w));
+    return out;
 }
 
 bool IntoTile(clsSTY& doc, std::int32_t tile, const ByteString& numbers) {

@@ -22,11 +22,19 @@ struct Fitted {
 
 // Colour numbers for `pic` in physical palette `pal`. A colour table equal
 // to the palette (colour 0 may be the transparency key colour instead) gives
-// the file's own numbers. Otherwise each pixel takes the colour nearest to it
-// by the squared distance of red, green and blue (the lowest number on a tie)
-// among colours 1 to 255; colour 0 is kept for the transparency key colour
+// the file's own numbers. Otherwise a pixel whose colour is that of the
+// number `present` holds there keeps that number, so a picture saved with
+// plain colours comes back as it went out even where the palette holds a
+// colour twice; each other pixel takes the colour nearest to it by the
+// squared distance of red, green and blue (the lowest number on a tie) among
+// colours 1 to 255, and colour 0 is kept for the transparency key colour
 // (255, 0, 255) and fully transparent pixels.
-Fitted Fit(const picturefile::Picture& pic, std::int16_t pal);
+Fitted Fit(const picturefile::Picture& pic, std::int16_t pal, const ByteString& present = {});
+
+// The colour numbers a picture of the target shows now, row 0 at the top:
+// the tile, or the sprite's own columns with delta `delta` over them (-1: none).
+ByteString TileNumbers(const clsSTY& doc, std::int32_t tile);
+ByteString SpriteNumbers(const clsSTY& doc, std::int32_t sprite, std::int16_t delta);
 
 // What is wrong with a picture of this size for a target of w x h pixels, or nothing.
 ombrevale::Outcome CheckSize(const picturefile::Picture& pic, std::int32_t w, std::int32_t h,

@@ -21,6 +21,10 @@ Geometry Of(const clsSTY& doc, std::int32_t idx);
 // the store comes back short; one that starts outside it comes back empty.
 ByteString RowsTopFirst(const clsSTY& doc, const Geometry& g);
 
+// RowsTopFirst with delta `delta` of sprite `sprite` written over it, as SaveDelta
+// exports it; what passes the block's end is dropped.
+ByteString RowsWithDelta(const clsSTY& doc, const Geometry& g, std::int16_t sprite, std::int16_t delta);
+
 // Rows of W bytes in the other order; a short last row stays short.
 ByteString FlipRows(const ByteString& block, std::int32_t W);
 

@@ -177,7 +177,9 @@ void frmSTY2::ImportPicture() {
                MsgIcon::Exclamation);
         return;
     }
-    const imp::Fitted fitted = imp::Fit(pic, *pal);
+    const ByteString present =
+        tile ? imp::TileNumbers(Sty(), n) : imp::SpriteNumbers(Sty(), n, sSelKind == "d" ? delta : std::int16_t{-1});
+    const imp::Fitted fitted = imp::Fit(pic, *pal, present);
     if (fitted.changed > 0 &&
         !ombrevale::panesdialogs::Question(
             this, QStringLiteral("%1 of %2 pixels of %3 have colours that palette %4 does not hold.\n\n"

@@ -16,11 +16,11 @@ using ombrevale::pictureimport::Fit;
 // The picture's colour numbers in palette pal; without --nearest a picture
 // whose colours the palette does not all hold is refused.
 ByteString NumbersFor(const Args& args, const std::string& picture, std::int32_t w, std::int32_t h,
-                      const std::string& target, std::int16_t pal) {
+                      const std::string& target, std::int16_t pal, const ByteString& present) {
     picturefile::Picture pic;
     if (auto problem = workbench::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
     if (auto problem = pictureimport::CheckSize(pic, w, h, target)) throw Failure(picture, problem->text);
-    const auto fitted = Fit(pic, pal);
+    const auto fitted = Fit(pic, pal, present);
     const std::string counted =
         std::to_string(fitted.changed) + " of " + std::to_string(pic.colours.size()) + " pixels";
     if (fitted.changed > 0 && !args.nearest)
@@ -41,7 +41,8 @@ int RunImportTile(const Args& args) {
     clsSTY doc;
     LoadStyle(doc, style);
     const std::int16_t pal = CheckedTilePalette(doc, style, n);
-    const auto numbers = NumbersFor(args, picture, kTileSide, kTileSide, "tile " + std::to_string(n), pal);
+    const auto numbers = NumbersFor(args, picture, kTileSide, kTileSide, "tile " + std::to_string(n), pal,
+                                    pictureimport::TileNumbers(doc, static_cast<std::int32_t>(n)));
     if (!pictureimport::IntoTile(doc, static_cast<std::int32_t>(n), numbers)) Refused(picture);
     SaveStyle(doc, args.words[3]);
     return 0;
@@ -56,8 +57,8 @@ int RunImportSprite(const Args& args) {
     CheckSprite(doc, style, n);
     const std::int16_t pal = CheckedSpritePalette(doc, style, n, PalOption(args));
     const auto s = static_cast<std::int32_t>(n);
-    const auto numbers =
-        NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s), "sprite " + std::to_string(n), pal);
+    const auto numbers = NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s),
+                                    "sprite " + std::to_string(n), pal, pictureimport::SpriteNumbers(doc, s, -1));
     if (!pictureimport::IntoSprite(doc, s, numbers)) Refused(picture);
     SaveStyle(doc, args.words[3]);
     return 0;
@@ -73,8 +74,9 @@ int RunImportDelta(const Args& args) {
     CheckDelta(doc, style, sprite, d);
     const std::int16_t pal = CheckedSpritePalette(doc, style, sprite, PalOption(args));
     const auto s = static_cast<std::int16_t>(sprite);
-    const auto numbers = NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s),
-                                    "sprite " + std::to_string(sprite), pal);
+    const auto numbers =
+        NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s), "sprite " + std::to_string(sprite),
+                   pal, pictureimport::SpriteNumbers(doc, s, static_cast<std::int16_t>(d)));
     if (!pictureimport::IntoDelta(doc, s, static_cast<std::int16_t>(d), numbers)) Refused(picture);
     SaveStyle(doc, args.words[4]);
     return 0;
