@@ -6,20 +6,14 @@
 
 #include "pixels/editparts.h"
 #include "support/hookrecorder.h"
+#include "support/storesnapshot.h"
 
 #ifdef OMBREVALE_SAMPLE
 namespace {
 
 using ombrevale::editparts::Kind;
 
-struct Everything {
-    std::vector<Tile> tiles;
-    ByteString sprites;
-    modDeclares::SharedStores shared;
-    bool operator==(const Everything&) const = default;
-};
-
-Everything Now(const clsSTY& doc) { return {doc.STYTileStore, doc.STYSpriteData, modDeclares::TakeSharedStores()}; }
+using ombrevale::testsupport::TakeSnapshot;
 
 struct Edit {
     const char* name;
@@ -37,16 +31,16 @@ TEST_P(PutBack, BeforeAndAfterByteForByte) {
     ombrevale::testsupport::HookRecorder hooks;
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(OMBREVALE_SAMPLE));
-    const Everything original = Now(doc);
+    const auto original = TakeSnapshot(doc);
     const auto before = ombrevale::editparts::Take(doc, e.kind, e.number);
     e.change(doc);
-    const Everything changed = Now(doc);
+    const auto changed = TakeSnapshot(doc);
     ASSERT_NE(changed, original) << "the edit changes nothing";
     const auto after = ombrevale::editparts::Take(doc, e.kind, e.number);
     ombrevale::editparts::Put(doc, before);
-    EXPECT_EQ(Now(doc), original);
+    EXPECT_EQ(TakeSnapshot(doc), original);
     ombrevale::editparts::Put(doc, after);
-    EXPECT_EQ(Now(doc), changed);
+    EXPECT_EQ(TakeSnapshot(doc), changed);
     EXPECT_TRUE(hooks.messages().empty());
 }
 

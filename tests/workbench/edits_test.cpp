@@ -7,6 +7,7 @@
 
 #include "style/moddeclares.h"
 #include "support/hookrecorder.h"
+#include "support/storesnapshot.h"
 #include "support/tempdir.h"
 #include "workbench/frmsty2.h"
 #include "workbench/panes_dialogs.h"
@@ -19,9 +20,7 @@ enum class Shows { Cell, Sprite, List };
 constexpr int kTile = 5;
 
 struct State {
-    std::vector<Tile> tiles;
-    ByteString sprites;
-    modDeclares::SharedStores shared;
+    ombrevale::testsupport::StoreSnapshot stores;
     QImage cell, sprite, strip;
     QStringList recycling;
     bool operator==(const State&) const = default;
@@ -49,13 +48,9 @@ class EditsTest : public QObject {
         QStringList rows;
         for (int i = 0; i < W().lstRecy->count(); ++i) rows << W().lstRecy->item(i)->text();
         const int cols = W().Cols();
-        return {W().Sty().STYTileStore,
-                W().Sty().STYSpriteData,
-                modDeclares::TakeSharedStores(),
-                W().picMain->image().copy(kTile % cols * 64, kTile / cols * 64, 64, 64),
-                W().picSprite->image(),
-                W().picPalette->image(),
-                rows};
+        return {ombrevale::testsupport::TakeSnapshot(W().Sty()),
+                W().picMain->image().copy(kTile % cols * 64, kTile / cols * 64, 64, 64), W().picSprite->image(),
+                W().picPalette->image(), rows};
     }
     // The selected sprite as exported, with one pixel's colour number changed.
     QString EditedExport(bool withDelta) {
@@ -169,7 +164,7 @@ private slots:
         Make(edit);
         if (QTest::currentTestFailed()) return;
         const State before = before_, after = Now();
-        QVERIFY(after.shared != before.shared || after.tiles != before.tiles || after.sprites != before.sprites);
+        QVERIFY(after.stores != before.stores);
         QVERIFY2(after.Of(shows) != before.Of(shows), "the edit shows");
         QVERIFY(Button("undo")->isEnabled());
         const std::string kind = W().sSelKind;
