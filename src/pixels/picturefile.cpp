@@ -55,8 +55,9 @@ ombrevale::Outcome ReadHead(const Reader& in, Head& h) {
     h.colourCount = in.U32(46);
     h.tableAt = kFileHead + infoSize;
     if (h.compression == kBitFields || h.compression == kAlphaBitFields) {
-        // A 40-byte head keeps its masks just behind it; the later heads hold them inside.
-        const std::size_t n = h.compression == kAlphaBitFields ? 4 : 3;
+        // A 40-byte head keeps its masks just behind it; the later heads hold them
+        // inside, alpha's too (GIMP's 32-bit pictures say BITFIELDS with one).
+        const std::size_t n = h.compression == kAlphaBitFields || infoSize >= 56 ? 4 : 3;
         if (!in.Has(kFileHead + 40, 4 * n)) return Bad("ends inside its colour masks");
         for (std::size_t i = 0; i < n; ++i) h.masks[i] = in.U32(kFileHead + 40 + 4 * i);
         if (infoSize == 40) h.tableAt += 4 * n;

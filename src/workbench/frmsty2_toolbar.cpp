@@ -247,7 +247,7 @@ void frmSTY2::ToolbarImport() {
     }
     const int p = lstPalettes->currentRow();
     if (p < 0) {
-        Tell("Choose the palette to import into on the Palettes page first.");
+        Tell("Select a tile on the Tiles page, a sprite on the Sprites page or a palette on the Palettes page first.");
         return;
     }
     const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Import Palette"),

@@ -40,6 +40,7 @@ protected:
 TEST_F(PaletteUsageTest, TilesSpritesAndRemapsThatResolveToIt) {
     const Usage u = UsesOfPalette(5, 4, 3);
     EXPECT_EQ(u.tiles, (std::vector<int>{0, 2}));
+    EXPECT_EQ(UsesOfPalette(6, 4, 3).tiles, (std::vector<int>{1}));  // the first sprite's entry is no tile's
     EXPECT_EQ(u.sprites, (std::vector<int>{1, 2}));
     EXPECT_EQ(u.remaps, (std::vector<RemapUse>{{0, 0, 1}, {0, 1, 3}, {1, 2, 3}}));
     STYPalIndex.resize(9);  // the table ends before remap 3's entry

@@ -27,30 +27,34 @@ Rgba Want(int x, int y, int bits) {
             255};
 }
 
+// Pixels whose alpha byte is 0 in the 32-bit pictures.
+bool Clear(int x, int y) { return (x + y) % 3 == 0; }
+
 struct Shape {
     const char* name;
     int bits;
     int width, height;
     bool topDown;
     std::uint32_t compression;  // 3: bit fields (32-bit, alpha in the top byte)
+    std::uint32_t head = 40;    // 124: the head GIMP writes, whose masks include alpha
 };
 
 ByteString MakeBmp(const Shape& s) {
     const std::size_t table = s.bits <= 8 ? (std::size_t{1} << s.bits) * 4 : 0;
-    const std::size_t masks = s.compression == 3 ? 16 : 0;
+    const std::size_t masks = s.compression == 3 && s.head == 40 ? 16 : 0;
     const std::size_t stride = ((static_cast<std::size_t>(s.width) * static_cast<std::size_t>(s.bits) + 31) / 32) * 4;
-    const std::size_t at = 54 + masks + table;
+    const std::size_t at = 14 + s.head + masks + table;
     ByteString b(at + stride * static_cast<std::size_t>(s.height), 0);
     b[0] = 'B';
     b[1] = 'M';
     Put(b, 10, static_cast<std::uint32_t>(at), 4);
-    Put(b, 14, 40, 4);
+    Put(b, 14, s.head, 4);
     Put(b, 18, static_cast<std::uint32_t>(s.width), 4);
     Put(b, 22, static_cast<std::uint32_t>(s.topDown ? -s.height : s.height), 4);
     Put(b, 26, 1, 2);
     Put(b, 28, static_cast<std::uint32_t>(s.bits), 2);
     Put(b, 30, s.compression, 4);
-    if (masks) {
+    if (s.compression == 3) {
         Put(b, 54, 0x00FF0000u, 4);
         Put(b, 58, 0x0000FF00u, 4);
         Put(b, 62, 0x000000FFu, 4);
@@ -58,7 +62,7 @@ ByteString MakeBmp(const Shape& s) {
     }
     for (std::size_t n = 0; n < table / 4; ++n) {
         const Rgba c = Want(static_cast<int>(n), 0, s.bits);
-        Put(b, 54 + masks + 4 * n, static_cast<std::uint32_t>(c.b | c.g << 8 | c.r << 16), 4);
+        Put(b, 14 + s.head + masks + 4 * n, static_cast<std::uint32_t>(c.b | c.g << 8 | c.r << 16), 4);
     }
     for (int y = 0; y < s.height; ++y) {
         const std::size_t row = at + static_cast<std::size_t>(s.topDown ? y : s.height - 1 - y) * stride;
@@ -69,7 +73,9 @@ ByteString MakeBmp(const Shape& s) {
             if (s.bits <= 8)
                 b[row + bit / 8] |= static_cast<std::uint8_t>(n << (8u - static_cast<unsigned>(s.bits) - bit % 8));
             else
-                Put(b, row + bit / 8, static_cast<std::uint32_t>(c.b | c.g << 8 | c.r << 16) | 0xFF000000u, s.bits / 8);
+                Put(b, row + bit / 8,
+                    static_cast<std::uint32_t>(c.b | c.g << 8 | c.r << 16) | (Clear(x, y) ? 0u : 0xFF000000u),
+                    s.bits / 8);
         }
     }
     return b;
@@ -84,8 +90,12 @@ TEST_P(ReadsBmp, EveryPixelInPlace) {
     ASSERT_EQ(pic.width, s.width);
     ASSERT_EQ(pic.height, s.height);
     for (int y = 0; y < s.height; ++y)
-        for (int x = 0; x < s.width; ++x)
-            ASSERT_EQ(pic.colours[static_cast<std::size_t>(y * s.width + x)], Want(x, y, s.bits)) << x << "," << y;
+        for (int x = 0; x < s.width; ++x) {
+            Rgba want = Want(x, y, s.bits);
+            // Only a head with an alpha mask makes the fourth byte transparency.
+            if (s.head > 40 && Clear(x, y)) want.a = 0;
+            ASSERT_EQ(pic.colours[static_cast<std::size_t>(y * s.width + x)], want) << x << "," << y;
+        }
     EXPECT_EQ(pic.numbers.empty(), s.bits > 8);
 }
 
@@ -94,7 +104,8 @@ INSTANTIATE_TEST_SUITE_P(Kinds, ReadsBmp,
                                            Shape{"Bits8TopDown", 8, 5, 3, true, 0},
                                            Shape{"Bits4OddWidth", 4, 7, 2, false, 0}, Shape{"Bits1", 1, 9, 2, false, 0},
                                            Shape{"Bits24Padded", 24, 3, 4, false, 0},
-                                           Shape{"Bits32Fields", 32, 4, 2, true, 3}),
+                                           Shape{"Bits32Fields", 32, 4, 2, true, 3},
+                                           Shape{"Bits32AlphaHead124", 32, 4, 2, false, 3, 124}),
                          [](const auto& p) { return std::string(p.param.name); });
 
 struct Damage {
@@ -124,10 +135,47 @@ INSTANTIATE_TEST_SUITE_P(
                       Damage{"Bits16", [](ByteString& b) { Put(b, 28, 16, 2); }, "16-bit"},
                       Damage{"Rle8", [](ByteString& b) { Put(b, 30, 1, 4); }, "compressed"},
                       Damage{"NoWidth", [](ByteString& b) { Put(b, 18, 0, 4); }, "no pixels"},
+                      Damage{"NoHeight", [](ByteString& b) { Put(b, 22, 0, 4); }, "no pixels"},
                       Damage{"Huge", [](ByteString& b) { Put(b, 18, 1u << 30, 4); }, "larger than"},
                       Damage{"PixelsOffEnd", [](ByteString& b) { Put(b, 10, 0xFFFFFFF0u, 4); }, "last row"},
                       Damage{"TooManyColours", [](ByteString& b) { Put(b, 46, 300, 4); }, "more than"}),
     [](const auto& p) { return std::string(p.param.name); });
+
+// Nearest by the squared distance of red, green and blue, the lowest number on
+// a tie; colour 0 only for the key colour and clear pixels; a colour the
+// target holds there already keeps its number.
+TEST(Fit, TakesTheNearestColour) {
+    modDeclares::ResetSharedStores();
+    modDeclares::STYPalData.assign(1, modDeclares::Palette{});
+    auto& pal = modDeclares::STYPalData[0];
+    const auto set = [&pal](std::size_t c, std::uint8_t r, std::uint8_t g, std::uint8_t b) {
+        pal[c * 4] = b;
+        pal[c * 4 + 1] = g;
+        pal[c * 4 + 2] = r;
+    };
+    for (std::size_t c = 6; c < 256; ++c) set(c, 255, 255, 255);
+    set(1, 10, 10, 10);
+    set(2, 200, 0, 0);
+    set(3, 0, 200, 0);
+    set(4, 200, 0, 0);
+    set(5, 100, 100, 100);
+    Picture pic{7,
+                1,
+                {{12, 9, 11, 255},
+                 {190, 10, 5, 255},
+                 {0, 0, 0, 255},
+                 {255, 0, 255, 255},
+                 {50, 50, 50, 0},
+                 {60, 60, 60, 255},
+                 {200, 0, 0, 255}},
+                {},
+                {}};
+    const auto fitted = ombrevale::pictureimport::Fit(pic, 0);
+    EXPECT_EQ(fitted.numbers, (ByteString{1, 2, 1, 0, 0, 5, 2}));
+    EXPECT_EQ(fitted.changed, 4);
+    EXPECT_EQ(ombrevale::pictureimport::Fit(pic, 0, {9, 9, 9, 9, 9, 9, 4}).numbers, (ByteString{1, 2, 1, 0, 0, 5, 4}));
+    modDeclares::ResetSharedStores();
+}
 
 // The Windows build of this suite runs without the sample.
 #ifdef OMBREVALE_SAMPLE
