@@ -111,9 +111,7 @@ bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, co
     return true;
 }
 
-void frmSTY2::ForgetEdits() {
-    if (undoStack) undoStack->clear();
-}
+void frmSTY2::ForgetEdits() { undoStack->clear(); }
 
 void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
     // The panes show the stores as they are now, and what the user has chosen stays chosen.
@@ -124,9 +122,10 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
             RedrawTile(number);
             break;
         case Kind::Palette:
-            for (std::size_t t = 0; t < modDeclares::STYPalIndex.size(); ++t)
-                if (modDeclares::STYPalIndex[t] == number && t < static_cast<std::size_t>(Sty().GetNumOfTiles()))
-                    RedrawTile(static_cast<std::int32_t>(t));
+            for (std::int32_t t = 0; t < Sty().GetNumOfTiles(); ++t)
+                if (static_cast<std::size_t>(t) < modDeclares::STYPalIndex.size() &&
+                    modDeclares::STYPalIndex[static_cast<std::size_t>(t)] == number)
+                    RedrawTile(t);
             if (lstPalettes->currentRow() == number) lstPalettes_Click();
             [[fallthrough]];
         case Kind::Sprite:

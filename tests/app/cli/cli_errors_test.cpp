@@ -32,18 +32,22 @@ TEST_P(CliUsage, ExitsTwoWithTheUsageLineAndWritesNothing) {
     EXPECT_TRUE(r.out.empty() && fs::is_empty(dir.path()));
 }
 
-INSTANTIATE_TEST_SUITE_P(Words, CliUsage,
-                         ::testing::Values(Case{"NoCommand", {}}, Case{"UnknownCommand", {"show", "STYLE"}},
-                                           Case{"SaveWithoutOut", {"save", "STYLE"}},
-                                           Case{"NumberNotDecimal", {"tile", "STYLE", "0x10", "OUT.bmp"}},
-                                           Case{"TileTakesNoPal", {"tile", "STYLE", "1", "OUT.bmp", "--pal", "2"}},
-                                           Case{"PalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
-                                           Case{"DeltaMissingNumber", {"delta", "STYLE", "1", "OUT.bmp"}},
-                                           Case{"ExportUnknownOption", {"export", "STYLE", "OUTDIR", "--jpeg"}},
-                                           Case{"ColumnsNotANumber",
-                                                {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
-                                           Case{"SheetTakesNoPng", {"sheet", "STYLE", "OUT.png", "--png"}}),
-                         [](const auto& row) { return std::string(row.param.name); });
+INSTANTIATE_TEST_SUITE_P(
+    Words, CliUsage,
+    ::testing::Values(
+        Case{"NoCommand", {}}, Case{"UnknownCommand", {"show", "STYLE"}}, Case{"SaveWithoutOut", {"save", "STYLE"}},
+        Case{"NumberNotDecimal", {"tile", "STYLE", "0x10", "OUT.bmp"}},
+        Case{"TileTakesNoPal", {"tile", "STYLE", "1", "OUT.bmp", "--pal", "2"}},
+        Case{"PalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
+        Case{"DeltaMissingNumber", {"delta", "STYLE", "1", "OUT.bmp"}},
+        Case{"ExportUnknownOption", {"export", "STYLE", "OUTDIR", "--jpeg"}},
+        Case{"ColumnsNotANumber", {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
+        Case{"SheetTakesNoPng", {"sheet", "STYLE", "OUT.png", "--png"}},
+        Case{"ImportPaletteTakesNoColumns", {"import-palette", "STYLE", "1", "P.pal", "OUT", "--columns", "3"}},
+        Case{"ImportSpriteTakesNoPng", {"import-sprite", "STYLE", "1", "P", "OUT", "--png"}},
+        Case{"ImportSpriteTakesNoTransparent", {"import-sprite", "STYLE", "1", "P", "OUT", "--transparent"}},
+        Case{"ImportDeltaTakesNoColumns", {"import-delta", "STYLE", "1", "0", "P", "OUT", "--columns", "3"}}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 // One line that starts with the file it is about, exit 1, no other file made.
 void ExpectOneLineAbout(const RunResult& r, const std::string& file, const std::string& says,
