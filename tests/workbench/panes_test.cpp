@@ -379,18 +379,12 @@ private slots:
         QTest::addColumn<QString>("file");  // the file dialog's answer; empty: Cancel
         QTest::addColumn<int>("dialogs");
         QTest::addColumn<QString>("says");  // empty: no message
-        QTest::newRow("open cancelled") << "open"
-                                        << "" << 1 << "";
-        QTest::newRow("open a missing file") << "open"
-                                             << "missing.sty" << 1 << "does not exist";
-        QTest::newRow("open a file cut short") << "open"
-                                               << "bad.sty" << 1 << "still loaded";
-        QTest::newRow("export a palette") << "export"
-                                          << "p.bmp" << 0 << "Select a tile";
-        QTest::newRow("import, no palette chosen") << "import"
-                                                   << "p.pal" << 0 << "Choose the palette";
-        QTest::newRow("import no palette file") << "import"
-                                                << "bad.sty" << 1 << "not a JASC-PAL";
+        QTest::newRow("open cancelled") << QStringLiteral("open") << "" << 1 << "";
+        QTest::newRow("open a missing file") << QStringLiteral("open") << "missing.sty" << 1 << "does not exist";
+        QTest::newRow("open a file cut short") << QStringLiteral("open") << "bad.sty" << 1 << "still loaded";
+        QTest::newRow("export a palette") << QStringLiteral("export") << "p.bmp" << 0 << "Select a tile";
+        QTest::newRow("import, no palette chosen") << QStringLiteral("import") << "p.pal" << 0 << "Choose the palette";
+        QTest::newRow("import no palette file") << QStringLiteral("import") << "bad.sty" << 1 << "not a JASC-PAL";
     }
     void refusals() {
         QFETCH(QString, key);
@@ -525,12 +519,9 @@ private slots:
     void findSprite_data() {
         QTest::addColumn<QString>("reply");
         QTest::addColumn<QString>("caption");  // of the row selected; empty: a message instead
-        QTest::newRow("group and number") << "font 40"
-                                          << "Font: 40";
-        QTest::newRow("sprite number") << "1366"
-                                       << "Font: 1";
-        QTest::newRow("no such car") << "car 999"
-                                     << "";
+        QTest::newRow("group and number") << QStringLiteral("font 40") << "Font: 40";
+        QTest::newRow("sprite number") << QStringLiteral("1366") << "Font: 1";
+        QTest::newRow("no such car") << QStringLiteral("car 999") << "";
     }
     void findSprite() {
         QFETCH(QString, reply);
