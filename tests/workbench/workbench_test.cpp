@@ -32,14 +32,21 @@ private slots:
     void initTestCase() { ombrevale::wbtest::WriteStyle(style_, kTiles); }
 
     // Without a style on the command line the registry names it; without a value, one empty row.
+    // The sheet's drawing reports each tile to the progress window.
     void startFromRegistry() {
         for (bool withValue : {false, true}) {  // no value first: the stores are still the process's
             if (withValue) ombrevale::wbtest::WritePrefix(dir_.File("prefix"), style_);  // the same style from then on
             qputenv("WINEPREFIX", QByteArray::fromStdString(dir_.File(withValue ? "prefix" : "")));
             ombrevale::testsupport::HookRecorder hooks;
             frmSTY2 w;
+            const int n = withValue ? kTiles : 0;
             QCOMPARE(w.lstSprites->count(), withValue ? 6 : 0);
-            QCOMPARE(w.picMain->Height(), withValue ? (kTiles / 9 + 1) * 64 : 64);
+            QCOMPARE(w.picMain->Height(), (n / 9 + 1) * 64);
+            std::vector<std::string> want = {"start 0 " + std::to_string(n - 1) + " Please Wait..."};
+            for (int t = 0; t < n; ++t) want.push_back("step " + std::to_string(t) + " Rendering...");
+            want.push_back("end");
+            const auto at = std::find(hooks.calls().begin(), hooks.calls().end(), want.front());
+            QCOMPARE(std::vector<std::string>(at, hooks.calls().end()), want);
             QVERIFY(hooks.messages().empty());
         }
     }
@@ -70,23 +77,29 @@ private slots:
     }
 
     void clickSelects_data() {
+        QTest::addColumn<int>("width");  // of the window; 0: as opened
         QTest::addColumn<double>("x");
         QTest::addColumn<double>("y");
         QTest::addColumn<bool>("byMouse");
         QTest::addColumn<int>("tile");  // -1: nothing selected
-        QTest::newRow("mouse at (70, 130) is tile 19") << 70.0 << 130.0 << true << 19;
-        QTest::newRow("rounded up into the next cell") << 63.6 << 0.0 << false << 1;
-        QTest::newRow("tile 991") << 64.0 << 110.0 * 64 << false << 991;
-        QTest::newRow("tile 992 is refused") << 128.0 << 110.0 * 64 << false << -1;
-        QTest::newRow("strip right of the last column") << 9.0 * 64 + 2 << 10.0 << false << -1;
-        QTest::newRow("empty cell behind the last tile") << 5.0 * 64 << 14.0 * 64 << false << 131;
+        QTest::newRow("mouse at (70, 130) is tile 19") << 0 << 70.0 << 130.0 << true << 19;
+        QTest::newRow("rounded up into the next cell") << 0 << 63.6 << 0.0 << false << 1;
+        QTest::newRow("tile 991") << 0 << 64.0 << 110.0 * 64 << false << 991;
+        QTest::newRow("tile 992 is refused") << 0 << 128.0 << 110.0 * 64 << false << -1;
+        QTest::newRow("strip right of the last column") << 0 << 9.0 * 64 + 2 << 10.0 << false << -1;
+        QTest::newRow("empty cell behind the last tile") << 0 << 5.0 * 64 << 14.0 * 64 << false << 131;
+        QTest::newRow("narrower than a cell: no columns") << 60 << 5.0 << 5.0 << false << -1;
     }
     void clickSelects() {
+        QFETCH(int, width);
         QFETCH(double, x);
         QFETCH(double, y);
         QFETCH(bool, byMouse);
         QFETCH(int, tile);
         auto w = Open();
+        if (width) w->resize(width, 300);
+        w->cmdGen_Click();
+        QCOMPARE(w->picMain->Height(), width ? 64 : (kTiles / 9 + 1) * 64);
         if (byMouse)
             QTest::mouseClick(w->picMain, Qt::LeftButton, {}, QPoint(int(x), int(y)));
         else
@@ -127,19 +140,19 @@ private slots:
     // Key 0 stands for a turn of the wheel over the sheet, which scrolls as over the bar.
     void keysScroll_data() {
         QTest::addColumn<QList<int>>("keys");
-        QTest::addColumn<QString>("expect");
-        QTest::newRow("Up at the top stays") << QList<int>{Qt::Key_Up} << "0";
-        QTest::newRow("Down is one row") << QList<int>{Qt::Key_Down} << "64";
-        QTest::newRow("Page Down is a page") << QList<int>{Qt::Key_PageDown} << "page";
-        QTest::newRow("Page Down stops at the end") << QList<int>(30, Qt::Key_PageDown) << "max";
-        QTest::newRow("Up from the end") << (QList<int>(30, Qt::Key_Down) << Qt::Key_Up) << "max-64";
-        QTest::newRow("other keys do nothing") << QList<int>{Qt::Key_A, Qt::Key_Right} << "0";
-        QTest::newRow("Escape closes") << QList<int>{Qt::Key_Escape} << "closed";
-        QTest::newRow("wheel over the sheet") << QList<int>{0} << "wheel";
+        QTest::addColumn<QList<int>>("want");  // rows of 64, pages, ends, wheel turns
+        QTest::newRow("Up at the top stays") << QList<int>{Qt::Key_Up} << QList<int>{0, 0, 0, 0};
+        QTest::newRow("Down is one row") << QList<int>{Qt::Key_Down} << QList<int>{1, 0, 0, 0};
+        QTest::newRow("Page Down is a page") << QList<int>{Qt::Key_PageDown} << QList<int>{0, 1, 0, 0};
+        QTest::newRow("Page Down stops at the end") << QList<int>(30, Qt::Key_PageDown) << QList<int>{0, 0, 1, 0};
+        QTest::newRow("Up from the end") << (QList<int>(30, Qt::Key_Down) << Qt::Key_Up) << QList<int>{-1, 0, 1, 0};
+        QTest::newRow("other keys do nothing") << QList<int>{Qt::Key_A, Qt::Key_Right} << QList<int>{0, 0, 0, 0};
+        QTest::newRow("Escape closes") << QList<int>{Qt::Key_Escape} << QList<int>{0, 0, 0, 0};
+        QTest::newRow("wheel over the sheet") << QList<int>{0} << QList<int>{0, 0, 0, 1};
     }
     void keysScroll() {
         QFETCH(QList<int>, keys);
-        QFETCH(QString, expect);
+        QFETCH(QList<int>, want);
         auto w = Open();
         QVERIFY(w->vScrollMax() > 256);
         for (int k : keys) {
@@ -150,25 +163,11 @@ private slots:
             else
                 QApplication::sendEvent(w->picMain, &wheel);
         }
-        QCOMPARE(w->isVisible(), expect != "closed");
-        const int page = w->vScroll->pageStep(), max = w->vScrollMax();
-        const int want = expect == "page"     ? page
-                         : expect == "max"    ? max
-                         : expect == "max-64" ? max - 64
-                         : expect == "wheel"  ? QApplication::wheelScrollLines() * w->vScroll->singleStep()
-                                              : expect.toInt();
-        QCOMPARE(w->vScroll->value(), want);
-        if (want != 0) QCOMPARE(w->picMain->y(), -want);  // before any scroll it stands a little higher
-    }
-
-    // Narrower than a cell the sheet has no columns, and takes no click.
-    void sheetNarrowerThanACell() {
-        auto w = Open();
-        w->resize(60, 300);
-        w->cmdGen_Click();
-        QCOMPARE(w->picMain->Height(), 64);
-        w->picMain_MouseUp(1, 0, 5, 5);
-        QCOMPARE(w->picMain->Tag, QStringLiteral("-1"));
+        QCOMPARE(w->isVisible(), !keys.contains(Qt::Key_Escape));
+        const int value = want[0] * 64 + want[1] * w->vScroll->pageStep() + want[2] * w->vScrollMax() +
+                          want[3] * QApplication::wheelScrollLines() * w->vScroll->singleStep();
+        QCOMPARE(w->vScroll->value(), value);
+        if (value != 0) QCOMPARE(w->picMain->y(), -value);  // before any scroll it stands a little higher
     }
 
     // Whatever a job did to the window, the next one finds it as at the start.
@@ -204,17 +203,6 @@ private slots:
         QCOMPARE(f->l->text(), max >= 3 ? QStringLiteral("Stepping...") : QStringLiteral("Start..."));
         QCOMPARE(QList<int>({f->pbar->minimum(), f->pbar->maximum(), f->pbar->value()}), bar);
         modGTA2::ProgressEnd();
-    }
-
-    void renderReportsEachTile() {
-        ombrevale::testsupport::HookRecorder hooks;
-        frmSTY2 w(style_);
-        std::vector<std::string> want = {"start 0 " + std::to_string(kTiles - 1) + " Please Wait..."};
-        for (int t = 0; t < kTiles; ++t) want.push_back("step " + std::to_string(t) + " Rendering...");
-        want.push_back("end");
-        const auto& calls = hooks.calls();
-        const auto at = std::find(calls.begin(), calls.end(), want.front());
-        QCOMPARE(std::vector<std::string>(at, calls.end()), want);
     }
 
     // Top-most until the first resize with the window shown; set again in place, same native window.
