@@ -383,7 +383,8 @@ private slots:
         QTest::newRow("open a missing file") << QStringLiteral("open") << "missing.sty" << 1 << "does not exist";
         QTest::newRow("open a file cut short") << QStringLiteral("open") << "bad.sty" << 1 << "still loaded";
         QTest::newRow("export a palette") << QStringLiteral("export") << "p.bmp" << 0 << "Select a tile";
-        QTest::newRow("import, no palette chosen") << QStringLiteral("import") << "p.pal" << 0 << "Choose the palette";
+        QTest::newRow("import, nothing chosen")
+            << QStringLiteral("import") << "p.pal" << 0 << "or a palette on the Palettes page first";
         QTest::newRow("import no palette file") << QStringLiteral("import") << "bad.sty" << 1 << "not a JASC-PAL";
     }
     void refusals() {
