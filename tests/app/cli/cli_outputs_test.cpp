@@ -136,7 +136,11 @@ TEST_F(Cli, ImportPaletteGivesWhatTheDocumentsImportGives) {
 }
 
 TEST(CliImportPalette, ABadPaletteFileIsNamedAndNoStyleWritten) {
-    for (const char* text : {"0 0 0\r\n", "JASC-PAL \r\n0100\r\n256\r\n", "JASC-PAL\r\n0100\r\n256\r\n10 20\r\n", ""}) {
+    const std::pair<const char*, const char*> files[] = {{"0 0 0\r\n", "not a JASC-PAL file"},
+                                                         {"JASC-PAL \r\n0100\r\n256\r\n", "not a JASC-PAL file"},
+                                                         {"JASC-PAL\r\n0100\r\n256\r\n10 20\r\n", "line 4"},
+                                                         {"", "cannot be opened"}};
+    for (const auto& [text, says] : files) {
         ombrevale::testsupport::TempDir dir;
         const std::string pal = dir.File("p.pal");
         if (*text) sw::WriteFile(pal, sw::Text(text));
@@ -144,6 +148,7 @@ TEST(CliImportPalette, ABadPaletteFileIsNamedAndNoStyleWritten) {
         EXPECT_EQ(r.exitCode, 1);
         ASSERT_EQ(r.ErrLines().size(), 1u) << r.err;
         EXPECT_EQ(r.ErrLines()[0].rfind("ombrevale-cli: " + pal + ": ", 0), 0u) << r.err;
+        EXPECT_NE(r.err.find(says), std::string::npos) << r.err;
         EXPECT_FALSE(fs::exists(dir.File("o.sty")));
     }
 }
