@@ -84,6 +84,20 @@ void CtrlWheel(QWidget* on, int notches) {
     }
 }
 
+enum class Edit { Tile, Sprite, Delta, Colour, Jasc, RecycleAdd, RecycleRemove };
+enum class Shows { Cell, Sprite, List };
+constexpr int kTile = 5;
+
+struct State {
+    ombrevale::testsupport::StoreSnapshot stores;
+    QImage cell, sprite, strip;
+    QStringList recycling;
+    bool operator==(const State&) const = default;
+    QVariant Of(Shows what) const {
+        return what == Shows::Cell ? QVariant(cell) : what == Shows::Sprite ? QVariant(sprite) : QVariant(recycling);
+    }
+};
+
 }  // namespace
 
 class PanesTest : public QObject {
@@ -95,6 +109,9 @@ class PanesTest : public QObject {
     QStringList answers_;  // file dialogs, in turn; none left: Cancel
     QStringList folders_;  // where each file dialog started
     QVariant reply_;       // the input box: a QString, or invalid for Cancel
+    bool yes_ = true;      // what a question answers
+    int questions_ = 0;
+    State before_;  // once an edit's target is chosen, just before the edit
     frmSTY2& W() { return *w_; }
     QString F(const std::string& name) const { return QString::fromStdString(dir_.File(name)); }
     // The messages the window gave for a tool bar button.
@@ -107,6 +124,90 @@ class PanesTest : public QObject {
     QPoint CellCentre(int t) { return {t % W().Cols() * 64 + 32, t / W().Cols() * 64 + 32}; }
     // Car record 0 of the sample (sprite 0) in its remap k.
     int Remap(int k) { return RemapPalette(STYCarInfo.at(0).remaps.at(std::size_t(k))); }
+    QAction* Button(const char* key) { return W().tlbMain->findChild<QAction*>(QString::fromLatin1(key)); }
+
+    State Now() {
+        QStringList rows;
+        for (int i = 0; i < W().lstRecy->count(); ++i) rows << W().lstRecy->item(i)->text();
+        const int cols = W().Cols();
+        return {ombrevale::testsupport::TakeSnapshot(W().Sty()),
+                W().picMain->image().copy(kTile % cols * 64, kTile / cols * 64, 64, 64), W().picSprite->image(),
+                W().picPalette->image(), rows};
+    }
+    // The selected sprite as exported, with one pixel's colour number changed.
+    QString EditedExport(bool withDelta) {
+        const QString path = F("sprite.bmp");
+        std::int16_t pal = -1;
+        const bool saved = withDelta ? W().Sty().SaveDelta(path.toStdString(), 0, W().iSelNum, pal)
+                                     : W().Sty().SaveSprite(path.toStdString(), W().iSelNum, pal);
+        QImage image(path);
+        if (!saved || image.format() != QImage::Format_Indexed8) return {};
+        const QPoint at(image.width() / 2, image.height() / 2);
+        image.setPixel(at, uint(image.pixelIndex(at) + 1) % 256);
+        return image.save(path, "BMP") ? path : QString();
+    }
+
+    // Brings the window to the edit's target and makes it.
+    void Make(Edit edit) {
+        switch (edit) {
+            case Edit::Tile: {
+                W().picMain_MouseUp(1, 0, kTile * 64 + 32, 32);
+                QImage image(64, 64, QImage::Format_RGB32);
+                for (int y = 0; y < 64; ++y)
+                    for (int x = 0; x < 64; ++x) image.setPixel(x, y, qRgb(x * 4, y * 4, 77));
+                const QString picture = F("tile.png");
+                QVERIFY(image.save(picture));
+                answers_ = {picture, picture};
+                // No to the question of the changed colours: nothing changes.
+                before_ = Now();
+                yes_ = false;
+                W().tlbMain_ButtonClick(QStringLiteral("import"));
+                QCOMPARE(questions_, 1);
+                QVERIFY(Now() == before_);
+                QVERIFY(!Button("undo")->isEnabled());
+                yes_ = true;
+                break;
+            }
+            case Edit::Sprite:
+            case Edit::Delta:
+                W().lstSprites->setCurrentRow(0);
+                if (edit == Edit::Delta) W().cmbDeltas->setCurrentIndex(1);
+                answers_ = {EditedExport(edit == Edit::Delta)};
+                QVERIFY(!answers_[0].isEmpty());
+                break;
+            case Edit::Colour:
+                W().MainTab->setCurrentIndex(2);
+                // A colour of the tile whose cell is watched.
+                W().lstPalettes->setCurrentRow(modDeclares::STYPalIndex.at(kTile));
+                W().picPalette_MouseUp(W().Sty().STYTileStore.at(kTile)[32 * 64 + 32] + 0.5);
+                W().txtRed->setText(QString::number((W().txtRed->text().toInt() + 1) % 256));
+                before_ = Now();
+                W().lblColour_Click();
+                return;
+            case Edit::Jasc: {
+                W().lstPalettes->setCurrentRow(modDeclares::STYPalIndex.at(kTile));
+                answers_ = {F("p.pal")};
+                QFile pal(answers_[0]);
+                QVERIFY(pal.open(QIODevice::WriteOnly));
+                pal.write("JASC-PAL\n0100\n256\n");
+                for (int i = 0; i < 256; ++i) pal.write(QByteArray::number(i) + " 1 2\n");
+                break;
+            }
+            case Edit::RecycleAdd:
+                reply_ = QStringLiteral("77");
+                before_ = Now();
+                W().cmdRecyAdd_Click();
+                return;
+            case Edit::RecycleRemove:
+                QVERIFY(W().lstRecy->count() > 0);
+                W().lstRecy->setCurrentRow(0);
+                before_ = Now();
+                W().cmdRecyRemove_Click();
+                return;
+        }
+        before_ = Now();
+        W().tlbMain_ButtonClick(QStringLiteral("import"));
+    }
 
 private slots:
     void init() {
@@ -122,7 +223,13 @@ private slots:
             folders_ << folder;
             return answers_.isEmpty() ? QString() : answers_.takeFirst();
         };
-        ombrevale::panesdialogs::Install({input, file, {}});
+        yes_ = true;
+        questions_ = 0;
+        const auto question = [this](QWidget*, const QString&) {
+            ++questions_;
+            return yes_;
+        };
+        ombrevale::panesdialogs::Install({input, file, question});
     }
     void cleanup() {
         ombrevale::panesdialogs::Install({});
@@ -598,6 +705,60 @@ private slots:
         QCOMPARE(Rgb(W().picSprite->image().copy(want.rect())), want);
         W().lstSprites->setCurrentRow(W().lstSprites->count() - 1);
         QCOMPARE(strip->count(), 0);
+    }
+
+    // Edits and their undo: each changes the stores and what shows them, Undo
+    // puts both back, Redo makes the edit again, a load forgets the history.
+
+    void undoRedo_data() {
+        QTest::addColumn<Edit>("edit");
+        QTest::addColumn<Shows>("shows");
+        QTest::addColumn<bool>("ctrlY");  // else Ctrl+Shift+Z
+        QTest::newRow("tile import, colours mapped") << Edit::Tile << Shows::Cell << true;
+        QTest::newRow("sprite import") << Edit::Sprite << Shows::Sprite << false;
+        QTest::newRow("delta import") << Edit::Delta << Shows::Sprite << true;
+        QTest::newRow("colour write") << Edit::Colour << Shows::Cell << false;
+        QTest::newRow("JASC palette import") << Edit::Jasc << Shows::Cell << true;
+        QTest::newRow("recycling add") << Edit::RecycleAdd << Shows::List << false;
+        QTest::newRow("recycling remove") << Edit::RecycleRemove << Shows::List << true;
+    }
+    void undoRedo() {
+        QFETCH(Edit, edit);
+        QFETCH(Shows, shows);
+        QFETCH(bool, ctrlY);
+        ombrevale::testsupport::HookRecorder hooks;
+        Make(edit);
+        if (QTest::currentTestFailed()) return;
+        const State before = before_, after = Now();
+        QVERIFY(after.stores != before.stores);
+        QVERIFY2(after.Of(shows) != before.Of(shows), "the edit shows");
+        QVERIFY(Button("undo")->isEnabled());
+        const std::string kind = W().sSelKind;
+        W().MainTab->setCurrentIndex(0);
+        QTest::keyClick(&W(), Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(Now() == before);
+        QVERIFY(Button("redo")->isEnabled() && !Button("undo")->isEnabled() && W().sSelKind == kind);
+        if (ctrlY)
+            QTest::keyClick(&W(), Qt::Key_Y, Qt::ControlModifier);
+        else
+            QTest::keyClick(&W(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(Now() == after && hooks.messages().empty());
+        W().cmdGen_Click();
+        QVERIFY(!Button("undo")->isEnabled() && !Button("redo")->isEnabled());
+    }
+
+    // A picture that cannot go in says why, and changes nothing.
+    void refusedImport() {
+        W().picMain_MouseUp(1, 0, kTile * 64 + 32, 32);
+        answers_ = {F("bad.png")};
+        QVERIFY(QImage(32, 64, QImage::Format_RGB32).save(answers_[0]));
+        const State before = Now();
+        ombrevale::testsupport::HookRecorder hooks;
+        W().tlbMain_ButtonClick(QStringLiteral("import"));
+        QCOMPARE(hooks.messages().size(), std::size_t(1));
+        QVERIFY(QString::fromStdString(hooks.messages()[0])
+                    .contains(F("bad.png") + " is 32 x 64 pixels, but tile 5 is 64 x 64."));
+        QVERIFY(Now() == before && !Button("undo")->isEnabled());
     }
 };
 
