@@ -36,6 +36,8 @@ enum Outcome { kSaved = 10, kRefusedOnce = 11, kRefusedOtherwise = 12 };
 Outcome SaveInChild(const clsSTY& doc, const std::string& path, const std::function<void()>& fault) {
     const pid_t pid = ::fork();
     if (pid == 0) {
+        // A save that never ends fails too, and must not outlive the test.
+        ::alarm(60);
         fault();
         HookRecorder hooks;
         if (doc.SaveSTY(path)) ::_exit(kSaved);
