@@ -17,6 +17,7 @@
 #include <QToolButton>
 #include <QToolTip>
 #include <QUndoStack>
+#include <algorithm>
 
 #include "style/hooks.h"
 #include "style/moddeclares.h"
@@ -76,13 +77,19 @@ void frmSTY2::BuildToolbar() {
     trans->setChecked(true);  // DrawTransparent is set at start
     tlbMain->findChild<QAction*>(QStringLiteral("paste"))->setEnabled(false);
     tlbMain->adjustSize();
-    const auto place = [this] {
-        // Never over the page tabs.
+    const int natural = tlbMain->findChild<QToolButton*>()->sizeHint().width();
+    const auto place = [this, natural] {
+        // Never over the page tabs, nor over Refresh: with wider fonts the tabs
+        // grow, and the buttons narrow towards their pictures to make room.
         const QTabBar* bar = MainTab->tabBar();
-        const auto LastTabRight = [bar, this] {
-            return bar->count() == 0 ? 0 : bar->mapTo(MainTab, bar->tabRect(bar->count() - 1).topRight()).x();
-        };
-        const int left = std::max(cmdGen->x() - tlbMain->width() - 6, LastTabRight() + 4);
+        const int tabsEnd =
+            bar->count() == 0 ? 0 : bar->mapTo(MainTab, bar->tabRect(bar->count() - 1).topRight()).x() + 4;
+        const auto buttons = tlbMain->findChildren<QToolButton*>();
+        const int room = cmdGen->x() - 6 - tabsEnd;
+        const int each = std::clamp(room / static_cast<int>(buttons.size()), imgToolBar::kSide + 2, natural);
+        for (QToolButton* b : buttons) b->setFixedWidth(each);
+        tlbMain->adjustSize();
+        const int left = std::max(cmdGen->x() - tlbMain->width() - 6, tabsEnd);
         tlbMain->move(left, cmdGen->y() + (cmdGen->height() - tlbMain->height()) / 2);
     };
     place();
@@ -155,7 +162,7 @@ void frmSTY2::ToolbarOpen() {
         Sty() = std::move(before);
         modDeclares::RestoreSharedStores(std::move(shared));
         // No render follows to close the progress window.
-        modGTA2::ProgressEnd();
+        ProgressEnd();
         const std::string why = report.problem->kind == ombrevale::Problem::Kind::NotAStyle
                                     ? "The file " + file + " is not a style file: it does not begin with GBST."
                                     : LoadFailureText(file, report, {});
@@ -202,7 +209,8 @@ void frmSTY2::ShowSaved(const std::string& path) {
     QWidget* save = tlbMain->findChild<QToolButton*>();
     for (auto* b : tlbMain->findChildren<QToolButton*>())
         if (b->defaultAction()->objectName() == QLatin1String("save")) save = b;
-    QToolTip::showText(save->mapToGlobal(QPoint(0, save->height())), QStringLiteral("Saved %1").arg(file), save,
+    // Above the button: the tool bar is the window's bottom row.
+    QToolTip::showText(save->mapToGlobal(QPoint(0, -2 * save->height())), QStringLiteral("Saved %1").arg(file), save,
                        QRect(), 5000);
 }
 

@@ -151,6 +151,8 @@ INSTANTIATE_TEST_SUITE_P(
             StyleBytes().Add("PALX", {7}),
             {"the PALX section holds no palette entries", "1 stray byte after the last section was passed over"}},
         WarningCase{"NoFonts", StyleBytes().Add("FONB", LE16(0)), {"the FONB section holds no fonts"}},
+        WarningCase{"EmptySprites", StyleBytes().Add("SPRX", {}), {"the SPRX section holds no sprite records"}},
+        WarningCase{"EmptyRecycling", StyleBytes().Add("RECY", {}), {"the RECY section holds no recycling list"}},
         WarningCase{"ThreeStrayBytes",
                     StyleBytes().Add("RECY", {1, 255}).Raw({1, 2, 3}),
                     {"3 stray bytes after the last section were passed over"}},

@@ -469,6 +469,10 @@ private slots:
     }
 
     void captionsFitTheirPlaces() {
+        // The tool bar sits between the page tabs and Refresh, over neither.
+        const QTabBar* tabs = W().MainTab->tabBar();
+        const int tabsEnd = tabs->mapTo(W().MainTab, tabs->tabRect(tabs->count() - 1).topRight()).x();
+        QVERIFY(W().tlbMain->x() > tabsEnd && W().tlbMain->geometry().right() < W().cmdGen->x());
         const QList<QPair<QString, QLineEdit*>> rows = {
             {"Index:", W().txtIdx}, {"Red:", W().txtRed}, {"Green:", W().txtGreen}, {"Blue:", W().txtBlue}};
         const auto labels = W().findChildren<QLabel*>();
@@ -489,6 +493,7 @@ private slots:
         QTest::newRow("open cancelled") << QStringLiteral("open") << "" << 1 << "";
         QTest::newRow("open a missing file") << QStringLiteral("open") << "missing.sty" << 1 << "does not exist";
         QTest::newRow("open a file cut short") << QStringLiteral("open") << "bad.sty" << 1 << "still loaded";
+        QTest::newRow("open a file that is no style") << QStringLiteral("open") << "no.sty" << 1 << "not a style file";
         QTest::newRow("export a palette") << QStringLiteral("export") << "p.bmp" << 0 << "Select a tile";
         QTest::newRow("import, nothing chosen")
             << QStringLiteral("import") << "p.pal" << 0 << "or a palette on the Palettes page first";
@@ -504,6 +509,7 @@ private slots:
         const auto before = ombrevale::testsupport::TakeSnapshot(W().Sty());
         const int sprites = W().lstSprites->count();
         std::ofstream(dir_.File("bad.sty"), std::ios::binary) << "GBST\x01";
+        std::ofstream(dir_.File("no.sty"), std::ios::binary) << "XXXX and more";
         if (!file.isEmpty()) answers_ = {F(file.toStdString())};
         ombrevale::testsupport::HookRecorder hooks;
         W().tlbMain_ButtonClick(key);
@@ -511,7 +517,11 @@ private slots:
         if (!says.isEmpty())
             QVERIFY2(QString::fromStdString(hooks.messages()[0]).contains(says), hooks.messages()[0].c_str());
         QCOMPARE(folders_.size(), dialogs);
-        QVERIFY(!modGTA2::LoadedInstance() || !modGTA2::LoadedInstance()->isVisible());
+        // Whatever of the progress window the job opened, it closed again.
+        const auto& calls = hooks.calls();
+        const auto start =
+            std::find_if(calls.rbegin(), calls.rend(), [](const std::string& c) { return c.rfind("start", 0) == 0; });
+        QVERIFY(start == calls.rend() || std::find(calls.rbegin(), start, "end") != start);
         QVERIFY(ombrevale::testsupport::TakeSnapshot(W().Sty()) == before);
         QCOMPARE(W().lstSprites->count(), sprites);
         QVERIFY(W().CurrentStylePath().empty());

@@ -8,11 +8,18 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
 #include <utility>
 
+#if defined(Q_OS_UNIX)
+#include <sys/socket.h>
+#include <unistd.h>
+#include <QSocketNotifier>
+#include <csignal>
+#endif
 #if defined(Q_OS_LINUX)
 #include <dlfcn.h>
 
@@ -160,6 +167,34 @@ private:
     bool released_ = false;
 };
 
+#if defined(Q_OS_UNIX)
+// A logout, a kill or Ctrl+C ends the program as closing its window does, so
+// the working folder goes with it. The handler only writes a byte; the event
+// loop reads it and quits.
+class QuitOnSignals {
+public:
+    QuitOnSignals() {
+        int fds[2];
+        if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds) != 0) return;
+        writeEnd_ = fds[0];
+        notifier_ = std::make_unique<QSocketNotifier>(fds[1], QSocketNotifier::Read);
+        QObject::connect(notifier_.get(), &QSocketNotifier::activated, qApp, [] { QCoreApplication::quit(); });
+        struct sigaction sa = {};
+        sa.sa_handler = [](int) {
+            const char byte = 1;
+            [[maybe_unused]] const auto n = ::write(writeEnd_, &byte, 1);
+        };
+        sigemptyset(&sa.sa_mask);
+        sa.sa_flags = SA_RESTART;
+        for (const int s : {SIGTERM, SIGINT, SIGHUP}) ::sigaction(s, &sa, nullptr);
+    }
+
+private:
+    static inline int writeEnd_ = -1;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+#endif
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
@@ -180,6 +215,9 @@ int main(int argc, char* argv[]) {
     // Named from the folder the user started in, before the working folder becomes the current one.
     if (argc > 1) style = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath().toStdString();
     const ombrevale::workbench::WorkFolder work;
+#if defined(Q_OS_UNIX)
+    const QuitOnSignals endOnSignals;
+#endif
     if (!work.Problem().isEmpty()) MsgBox(work.Problem().toStdString(), "Ombrevale", MsgIcon::Exclamation);
     frmSTY2 window(style);
     std::optional<FirstSheetPaint> timing;

@@ -7,6 +7,7 @@
 #include <QProcess>
 #include <chrono>
 #include <filesystem>
+#include <thread>
 
 #include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
@@ -62,5 +63,27 @@ TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
 
 INSTANTIATE_TEST_SUITE_P(Folders, StartupTiming,
                          ::testing::Values(Folder::Plain, Folder::LinkNamedTempBmp, Folder::TempBmpCannotBeWritten));
+
+// Ended by a signal (a logout, a kill), the program still takes its folder with it.
+TEST(Signals, TerminatedTheProgramRemovesItsFolder) {
+    ombrevale::testsupport::TempDir runtime;
+    QProcess app;
+    auto env = QProcessEnvironment::systemEnvironment();
+    env.insert("XDG_RUNTIME_DIR", QString::fromStdString(runtime.path().string()));
+    env.remove("OMBREVALE_STARTUP_TIMING");  // else it would end by itself
+    app.setProcessEnvironment(env);
+    app.start(OMBREVALE_WINDOW, {OMBREVALE_SAMPLE});
+    const auto drawn = [&runtime] {
+        for (const auto& e : fs::recursive_directory_iterator(runtime.path()))
+            if (e.path().filename() == "temp.bmp") return true;
+        return false;
+    };
+    for (int i = 0; i < 1000 && !drawn(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ASSERT_TRUE(drawn());
+    app.terminate();
+    ASSERT_TRUE(app.waitForFinished(20000));
+    EXPECT_EQ(app.exitStatus(), QProcess::NormalExit);
+    EXPECT_TRUE(fs::is_empty(runtime.path()));
+}
 
 }  // namespace
