@@ -44,3 +44,23 @@ INSTANTIATE_TEST_SUITE_P(Models, SpriteNumFromModelNum,
                          });
 
 }  // namespace
+
+// What TakeSharedStores took, RestoreSharedStores puts back: every store of it.
+TEST(SharedStores, RestoreGivesBackWhatWasTaken) {
+    using namespace modDeclares;
+    STYDeltaStore = {1};
+    STYPalData.assign(1, Palette{});
+    STYPalIndex = {2};
+    STYDeltaIndex.resize(1);
+    STYPalBase[7] = 3;
+    STYSpriteBase[5] = 4;
+    STYCarInfo = {Car(5, 1)};
+    STYRecycle = {6, 255};
+    STYFontBase = {1, {7}};
+    const SharedStores taken = TakeSharedStores();
+    ResetSharedStores();
+    ASSERT_NE(TakeSharedStores(), taken);
+    RestoreSharedStores(taken);
+    EXPECT_EQ(TakeSharedStores(), taken);
+    ResetSharedStores();
+}
