@@ -45,7 +45,8 @@ INSTANTIATE_TEST_SUITE_P(Models, SpriteNumFromModelNum,
 
 }  // namespace
 
-// What TakeSharedStores took, RestoreSharedStores puts back: every store of it.
+// ResetSharedStores empties every store, and what TakeSharedStores took,
+// RestoreSharedStores puts back.
 TEST(SharedStores, RestoreGivesBackWhatWasTaken) {
     using namespace modDeclares;
     STYDeltaStore = {1};
@@ -59,7 +60,7 @@ TEST(SharedStores, RestoreGivesBackWhatWasTaken) {
     STYFontBase = {1, {7}};
     const SharedStores taken = TakeSharedStores();
     ResetSharedStores();
-    ASSERT_NE(TakeSharedStores(), taken);
+    ASSERT_EQ(TakeSharedStores(), SharedStores{});
     RestoreSharedStores(taken);
     EXPECT_EQ(TakeSharedStores(), taken);
     ResetSharedStores();
