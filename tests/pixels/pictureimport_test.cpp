@@ -184,7 +184,9 @@ ByteString FileBytes(const std::string& path) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
-// Every tile and sprite of the sample exported and imported again saves the very bytes it was loaded from.
+// Every tile and sprite of the sample exported and imported again saves the
+// very bytes it was loaded from; every delta made again from its exported
+// picture, saved with plain colours, draws that same picture.
 TEST(SampleRoundTrip, ExportThenImportKeepsEveryByte) {
     namespace pi = ombrevale::pictureimport;
     ombrevale::testsupport::TempDir dir;
@@ -219,17 +221,6 @@ TEST(SampleRoundTrip, ExportThenImportKeepsEveryByte) {
     }
     ASSERT_TRUE(doc.SaveSTY(dir.File("out.sty")));
     EXPECT_EQ(FileBytes(dir.File("out.sty")), FileBytes(OMBREVALE_SAMPLE));
-    EXPECT_TRUE(hooks.messages().empty());
-}
-
-// Every delta of the sample made again from its exported picture, saved with
-// plain colours, draws that same picture.
-TEST(SampleRoundTrip, DeltaMadeFromItsPictureDrawsTheSame) {
-    namespace pi = ombrevale::pictureimport;
-    ombrevale::testsupport::TempDir dir;
-    ombrevale::testsupport::HookRecorder hooks;
-    clsSTY doc;
-    ASSERT_TRUE(doc.LoadSTY(OMBREVALE_SAMPLE));
     const std::string before = dir.File("before.bmp"), after = dir.File("after.bmp");
     int made = 0;
     for (const auto& entry : modDeclares::STYDeltaIndex) {
@@ -249,6 +240,7 @@ TEST(SampleRoundTrip, DeltaMadeFromItsPictureDrawsTheSame) {
         }
     }
     EXPECT_GT(made, 0);
+    EXPECT_TRUE(hooks.messages().empty());
 }
 
 #endif
