@@ -35,6 +35,7 @@ TEST_P(SpriteBmp, HeadTableAndRowsMatchTheStore) {
     const std::size_t s = GetParam();
     const auto& spec = kSprites[s];
     const std::size_t W = (spec.width + 3u) / 4u * 4u;
+    doc.DrawTransparent(true);  // a file holds the stored colour 0 whatever the screen shows
     std::int16_t pal = -1;
     ASSERT_TRUE(doc.SaveSprite(File("s.bmp"), static_cast<std::int32_t>(s), pal));
     EXPECT_EQ(pal, SpriteOwnPalette(s));
@@ -56,6 +57,7 @@ INSTANTIATE_TEST_SUITE_P(Widths, SpriteBmp, ::testing::Values(0, 1, 2, 3, 4, 5, 
 });
 
 TEST_F(Scene, TileBmpIsBottomRowFirstWithItsOwnPalette) {
+    doc.DrawTransparent(true);
     ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 2));
     const Bytes f = ombrevale::stylewriter::ReadFile(File("t.bmp"));
     ASSERT_EQ(f.size(), 5174u);

@@ -42,14 +42,6 @@ TEST_P(RenderTile, ShowsColourZeroAsTheKeyOnlyWhenTransparent) {
 
 INSTANTIATE_TEST_SUITE_P(Transparency, RenderTile, ::testing::Bool());
 
-TEST_F(Scene, SaveTileWritesTheStoredColourZeroEvenWhenTransparent) {
-    doc.DrawTransparent(true);
-    ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 1));
-    const Bytes f = ombrevale::stylewriter::ReadFile(File("t.bmp"));
-    const auto stored = StoredColour(static_cast<std::size_t>(TilePalette(1)), 0);
-    EXPECT_EQ(Bytes(f.begin() + 54, f.begin() + 58), Bytes(stored.begin(), stored.end()));
-}
-
 TEST_F(Scene, SetBitsTileTakesRowsTopFirstAndFillsShortRowsWith32) {
     ASSERT_TRUE(doc.SaveTile(File("t.bmp"), 3));
     const Bytes f = ombrevale::stylewriter::ReadFile(File("t.bmp"));

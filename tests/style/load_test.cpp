@@ -81,21 +81,6 @@ TEST_F(LoadTest, EveryStoreHoldsWhatTheFileSays) {
     for (std::size_t s = 0; s < kSectionCount; ++s) EXPECT_TRUE(doc.Present[s]) << kSectionTags[s];
 }
 
-TEST_F(LoadTest, OrderCaseOddSizesAndUnknownSectionsDoNotChangeWhatIsLoaded) {
-    const auto full = ombrevale::stylewriter::MakeFullStyle();
-    ASSERT_TRUE(Load(full.file.bytes()));
-    const StoreSnapshot expected = TakeSnapshot(doc);
-
-    ResetSharedStores();
-    clsSTY other;
-    const std::string path = dir.File("scrambled.sty");
-    WriteFile(path, ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
-    HookRecorder hooks;
-    ASSERT_TRUE(other.LoadSTY(path));
-    EXPECT_TRUE(hooks.messages().empty());
-    EXPECT_EQ(TakeSnapshot(other), expected);
-}
-
 // One progress step per section at the bytes read so far, the tag included,
 // with the tag's own letters.
 TEST_F(LoadTest, ReportsProgressOncePerSectionWithTheFilesLetters) {

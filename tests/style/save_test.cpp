@@ -31,22 +31,22 @@ protected:
     clsSTY doc;
 };
 
-TEST_F(SaveTest, WritersOwnFileComesBackByteForByte) {
-    const Bytes original = ombrevale::stylewriter::MakeFullStyle().file.bytes();
-    Load(original);
-    const std::string out = dir.File("out.sty");
-    ASSERT_TRUE(doc.SaveSTY(out));
-    EXPECT_EQ(ReadFile(out), original);
-}
-
-// Other order, lower-case tags, version 700, odd fixed sizes and an unknown
-// section: all of it comes out in the writer's form, which is the full file.
-TEST_F(SaveTest, OtherFilesComeOutNormalised) {
+// The writer's own file comes back byte for byte; one in another order, with
+// lower-case tags, version 700, odd fixed sizes and an unknown section loads
+// without a word and comes out in the writer's form, which is the full file.
+TEST_F(SaveTest, FilesComeBackInTheWritersForm) {
     const auto full = ombrevale::stylewriter::MakeFullStyle();
-    Load(ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
-    const std::string out = dir.File("out.sty");
-    ASSERT_TRUE(doc.SaveSTY(out));
-    EXPECT_EQ(ReadFile(out), full.file.bytes());
+    for (const Bytes& in : {full.file.bytes(), ombrevale::stylewriter::MakeScrambledStyle(full).bytes()}) {
+        modDeclares::ResetSharedStores();
+        clsSTY fresh;
+        const std::string path = dir.File("in.sty"), out = dir.File("out.sty");
+        WriteFile(path, in);
+        HookRecorder hooks;
+        ASSERT_TRUE(fresh.LoadSTY(path));
+        EXPECT_TRUE(hooks.messages().empty());
+        ASSERT_TRUE(fresh.SaveSTY(out));
+        EXPECT_EQ(ReadFile(out), full.file.bytes());
+    }
 }
 
 TEST_F(SaveTest, ProgressHasOneStepPerPresentSection) {
@@ -59,7 +59,6 @@ TEST_F(SaveTest, ProgressHasOneStepPerPresentSection) {
     EXPECT_EQ(hooks.calls(), (std::vector<std::string>{"start 1 14 Please wait...", "step 1 Saving TILE...",
                                                        "step 2 Saving PPAL...", "end"}));
     EXPECT_EQ(ReadFile(out), StyleBytes().Add("TILE", tiles).Add("PPAL", pals).bytes());
-    EXPECT_EQ(fs::file_size(out), 6u + 8 + 16384 + 8 + 65536);
 }
 
 TEST_F(SaveTest, EmptyPresentSectionsKeepTheirHeads) {

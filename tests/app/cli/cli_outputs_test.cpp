@@ -112,13 +112,9 @@ TEST_F(Cli, ExportWritesEveryPictureAndPaletteAndPngHoldsTheBmpsColours) {
               std::string::npos);
 }
 
-TEST_F(Cli, SaveGivesTheSampleBackAndKeepsWhatWasThere) {
+TEST_F(Cli, SaveGivesTheSampleBack) {
     Run({"save", "STYLE", "OUT.sty"});
     EXPECT_EQ(sw::ReadFile(dir_.File("OUT.sty")), sw::ReadFile(kSample));
-    EXPECT_FALSE(fs::exists(dir_.File("OUT.sty.bak")));
-    sw::WriteFile(dir_.File("OUT.sty"), sw::Text("old"));
-    Run({"save", "STYLE", "OUT.sty"});
-    EXPECT_EQ(sw::ReadFile(dir_.File("OUT.sty.bak")), sw::Text("old"));
 }
 
 TEST_F(Cli, ImportPaletteGivesWhatTheDocumentsImportGives) {
