@@ -9,29 +9,17 @@
 #include <vector>
 
 #include "style/clssty.h"
+#include "stylefiletest.h"
 #include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
-#include "support/tempdir.h"
 
 using namespace ombrevale::testsupport;
 using namespace ombrevale::stylewriter;
 
 namespace {
 
-class Damaged : public ::testing::Test {
-protected:
-    void SetUp() override { modDeclares::ResetSharedStores(); }
-    void TearDown() override { modDeclares::ResetSharedStores(); }
-
-    bool Load(clsSTY& doc, const Bytes& bytes) {
-        const std::string path = dir.File("style.sty");
-        WriteFile(path, bytes);
-        return doc.LoadSTY(path);
-    }
-
-    TempDir dir;
-};
+using Damaged = StyleFileTest;
 
 // Cut the full file at every section head, inside each head and inside each
 // payload. A cut right at a head leaves a whole, smaller file; one that leaves
@@ -46,16 +34,16 @@ TEST_F(Damaged, TruncatedAnywhereLoadsTheWholeSectionsBeforeTheCut) {
             if (cut >= end) continue;
             SCOPED_TRACE("cut at byte " + std::to_string(cut) + " of section " + std::to_string(i));
             modDeclares::ResetSharedStores();
-            clsSTY doc;
+            clsSTY cutDoc;
             HookRecorder hooks;
-            const bool ok = Load(doc, Bytes(bytes.begin(), bytes.begin() + static_cast<long>(cut)));
+            const bool ok = Load(Bytes(bytes.begin(), bytes.begin() + static_cast<long>(cut)), cutDoc);
             const bool atHead = cut == heads[i];
             EXPECT_EQ(ok, cut - heads[i] < 4);
             EXPECT_EQ(hooks.messages().size(), atHead ? 0u : 1u);
             EXPECT_EQ(hooks.calls().front().rfind("start 1 ", 0), 0u);
             EXPECT_TRUE(std::find(hooks.calls().begin(), hooks.calls().end(), "end") != hooks.calls().end());
             int present = 0;
-            for (int s = 0; s < kSectionCount; ++s) present += doc.IsPresent(static_cast<Section>(s)) ? 1 : 0;
+            for (int s = 0; s < kSectionCount; ++s) present += cutDoc.IsPresent(static_cast<Section>(s)) ? 1 : 0;
             EXPECT_EQ(present, static_cast<int>(i));
         }
     }
@@ -69,11 +57,10 @@ struct HostileCase {
 class Hostile : public Damaged, public ::testing::WithParamInterface<HostileCase> {};
 
 TEST_P(Hostile, IsRefusedWithOneMessageAndNoStoreChanges) {
-    clsSTY doc;
-    ASSERT_TRUE(Load(doc, ombrevale::stylewriter::MakeFullStyle().file.bytes()));
+    ASSERT_TRUE(Load(ombrevale::stylewriter::MakeFullStyle().file.bytes()));
     const StoreSnapshot before = TakeSnapshot(doc);
     HookRecorder hooks;
-    EXPECT_FALSE(Load(doc, GetParam().file));
+    EXPECT_FALSE(Load(GetParam().file));
     const auto messages = hooks.messages();
     ASSERT_EQ(messages.size(), 1u);
     EXPECT_EQ(messages[0].rfind("msg ERROR|The style file ", 0), 0u) << messages[0];
@@ -127,7 +114,6 @@ class Warned : public Damaged, public ::testing::WithParamInterface<WarningCase>
 
 // Such files load, and the one message after the load names every odd part.
 TEST_P(Warned, LoadsAndTellsOnce) {
-    clsSTY doc;
     HookRecorder hooks;
     const std::string path = dir.File("style.sty");
     WriteFile(path, GetParam().file.bytes());

@@ -4,10 +4,10 @@
 #include <vector>
 
 #include "style/clssty.h"
+#include "stylefiletest.h"
 #include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
-#include "support/tempdir.h"
 
 using namespace ombrevale::testsupport;
 using namespace ombrevale::stylewriter;
@@ -15,20 +15,7 @@ using namespace modDeclares;
 
 namespace {
 
-class LoadTest : public ::testing::Test {
-protected:
-    void SetUp() override { ResetSharedStores(); }
-    void TearDown() override { ResetSharedStores(); }
-
-    bool Load(const Bytes& bytes, const std::string& name = "style.sty") {
-        const std::string path = dir.File(name);
-        WriteFile(path, bytes);
-        return doc.LoadSTY(path);
-    }
-
-    TempDir dir;
-    clsSTY doc;
-};
+using LoadTest = StyleFileTest;
 
 TEST_F(LoadTest, EveryStoreHoldsWhatTheFileSays) {
     const auto full = ombrevale::stylewriter::MakeFullStyle();

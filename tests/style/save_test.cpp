@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "style/clssty.h"
+#include "stylefiletest.h"
 #include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
-#include "support/tempdir.h"
 
 using namespace ombrevale::testsupport;
 using namespace ombrevale::stylewriter;
@@ -16,20 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-class SaveTest : public ::testing::Test {
-protected:
-    void SetUp() override { modDeclares::ResetSharedStores(); }
-    void TearDown() override { modDeclares::ResetSharedStores(); }
-
-    void Load(const Bytes& bytes) {
-        const std::string path = dir.File("in.sty");
-        WriteFile(path, bytes);
-        ASSERT_TRUE(doc.LoadSTY(path));
-    }
-
-    TempDir dir;
-    clsSTY doc;
-};
+using SaveTest = StyleFileTest;
 
 // The writer's own file comes back byte for byte; one in another order, with
 // lower-case tags, version 700, odd fixed sizes and an unknown section loads
@@ -39,11 +26,10 @@ TEST_F(SaveTest, FilesComeBackInTheWritersForm) {
     for (const Bytes& in : {full.file.bytes(), ombrevale::stylewriter::MakeScrambledStyle(full).bytes()}) {
         modDeclares::ResetSharedStores();
         clsSTY fresh;
-        const std::string path = dir.File("in.sty"), out = dir.File("out.sty");
-        WriteFile(path, in);
         HookRecorder hooks;
-        ASSERT_TRUE(fresh.LoadSTY(path));
+        ASSERT_TRUE(Load(in, fresh));
         EXPECT_TRUE(hooks.messages().empty());
+        const std::string out = dir.File("out.sty");
         ASSERT_TRUE(fresh.SaveSTY(out));
         EXPECT_EQ(ReadFile(out), full.file.bytes());
     }
@@ -52,7 +38,7 @@ TEST_F(SaveTest, FilesComeBackInTheWritersForm) {
 TEST_F(SaveTest, ProgressHasOneStepPerPresentSection) {
     const Bytes tiles(16384, 7), pals(65536, 9);
     const Bytes file = StyleBytes().Add("PPAL", pals).Add("tile", tiles).bytes();
-    Load(file);
+    ASSERT_TRUE(Load(file));
     const std::string out = dir.File("out.sty");
     HookRecorder hooks;
     ASSERT_TRUE(doc.SaveSTY(out));
@@ -63,14 +49,14 @@ TEST_F(SaveTest, ProgressHasOneStepPerPresentSection) {
 
 TEST_F(SaveTest, EmptyPresentSectionsKeepTheirHeads) {
     const Bytes file = StyleBytes().Add("OBJI", {}).Add("SPEC", {}).Add("DELX", {}).Add("CARI", {}).bytes();
-    Load(file);
+    ASSERT_TRUE(Load(file));
     const std::string out = dir.File("out.sty");
     ASSERT_TRUE(doc.SaveSTY(out));
     EXPECT_EQ(ReadFile(out), StyleBytes().Add("DELX", {}).Add("OBJI", {}).Add("CARI", {}).Add("SPEC", {}).bytes());
 }
 
 TEST_F(SaveTest, BackupHoldsTheFileAsItStoodBeforeEachSave) {
-    Load(ombrevale::stylewriter::MakeFullStyle().file.bytes());
+    ASSERT_TRUE(Load(ombrevale::stylewriter::MakeFullStyle().file.bytes()));
     const std::string out = dir.File("style");  // no extension: the suffix still goes behind the name
     ASSERT_TRUE(doc.SaveSTY(out));
     EXPECT_FALSE(fs::exists(out + ".bak")) << "nothing to keep at a new path";
