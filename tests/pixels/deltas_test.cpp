@@ -72,19 +72,8 @@ TEST_F(Deltas, SaveDeltaLaysTheDeltaOneColumnRight) {
     EXPECT_EQ(f[1078 + 7 * 32 + 31], 0x21);
 }
 
-ByteString Encoded(std::initializer_list<std::pair<std::int16_t, ByteString>> runs) {
-    ByteString out;
-    for (const auto& [distance, pixels] : runs) {
-        out.push_back(static_cast<std::uint8_t>(distance & 0xFF));
-        out.push_back(static_cast<std::uint8_t>((distance >> 8) & 0xFF));
-        out.push_back(static_cast<std::uint8_t>(pixels.size()));
-        out.insert(out.end(), pixels.begin(), pixels.end());
-    }
-    return out;
-}
-
 // Changes at row 0 column 5, row 0 column 31 and row 1 column 0 of a 32-wide
-// sprite: three runs, the last with distance 224.
+// sprite: three runs of one pixel each, at distances 4, 25 and 224.
 TEST_F(Deltas, SetDeltaBitsRebuildsTheStoreAndLaterDeltasStillRead) {
     ByteString bits = doc.GetBits(0);
     const std::size_t W = 32;
@@ -92,7 +81,7 @@ TEST_F(Deltas, SetDeltaBitsRebuildsTheStoreAndLaterDeltasStillRead) {
     cell(0, 5) = 0xF0;
     cell(0, 31) = 0xF1;
     cell(1, 0) = 0xF2;
-    const ByteString expected = Encoded({{4, {0xF0}}, {25, {0xF1}}, {224, {0xF2}}});
+    const ByteString expected = {4, 0, 1, 0xF0, 25, 0, 1, 0xF1, 224, 0, 1, 0xF2};
     const std::size_t before = STYDeltaStore.size();
     const ByteString image = bits;
 
