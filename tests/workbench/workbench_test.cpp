@@ -155,14 +155,9 @@ private slots:
         QFETCH(QList<int>, want);
         auto w = Open();
         QVERIFY(w->vScrollMax() > 256);
-        for (int k : keys) {
-            QWheelEvent wheel(QPointF(5, 5), w->picMain->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
-                              Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-            if (k)
-                QTest::keyClick(w.get(), Qt::Key(k));
-            else
-                QApplication::sendEvent(w->picMain, &wheel);
-        }
+        QWheelEvent wheel(QPointF(5, 5), w->picMain->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        for (int k : keys) k ? QTest::keyClick(w.get(), Qt::Key(k)) : void(QApplication::sendEvent(w->picMain, &wheel));
         QCOMPARE(w->isVisible(), !keys.contains(Qt::Key_Escape));
         const int value = want[0] * 64 + want[1] * w->vScroll->pageStep() + want[2] * w->vScrollMax() +
                           want[3] * QApplication::wheelScrollLines() * w->vScroll->singleStep();
@@ -181,7 +176,6 @@ private slots:
     void progressWindow() {
         QFETCH(QList<int>, range);
         QFETCH(QList<int>, bar);
-        const int max = range[1];
         // The window's first show in the process lands 2 px off the later ones: not what this checks.
         modGTA2::ProgressStart(0, 1, "Warm-up...");
         modGTA2::ProgressEnd();
@@ -192,15 +186,15 @@ private slots:
         f->move(centred + QPoint(40, 30));
         modGTA2::ProgressEnd();
         QVERIFY(modGTA2::LoadedInstance() == nullptr && !f->isVisible());
-        modGTA2::ProgressStart(range[0], max, "Start...");
+        modGTA2::ProgressStart(range[0], range[1], "Start...");
         QVERIFY((f = modGTA2::LoadedInstance()) && f->isVisible());
         QCOMPARE(f->pos(), centred);
         bool ran = false;  // a step lets queued events run
         QObject scope;
         QTimer::singleShot(0, &scope, [&ran] { ran = true; });
-        for (int s = 3; s <= max; ++s) modGTA2::ProgressStep(s, "Stepping...");
-        QCOMPARE(ran, max >= 3);
-        QCOMPARE(f->l->text(), max >= 3 ? QStringLiteral("Stepping...") : QStringLiteral("Start..."));
+        for (int s = 3; s <= range[1]; ++s) modGTA2::ProgressStep(s, "Stepping...");
+        QCOMPARE(ran, range[1] >= 3);
+        QCOMPARE(f->l->text(), ran ? QStringLiteral("Stepping...") : QStringLiteral("Start..."));
         QCOMPARE(QList<int>({f->pbar->minimum(), f->pbar->maximum(), f->pbar->value()}), bar);
         modGTA2::ProgressEnd();
     }
