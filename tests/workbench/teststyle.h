@@ -1,7 +1,6 @@
 #pragma once
 // A small style file written from bytes for the window's tests.
 
-#include <QColor>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -13,31 +12,17 @@ namespace ombrevale::wbtest {
 using namespace ombrevale::stylewriter;
 inline constexpr int kPalettes = 64;
 
-// Colour byte of pixel (x, y) in tile t; every fifth tile holds some colour 0.
-inline int TileByte(int t, int x, int y) {
-    if (t % 5 == 1 && (x + y) % 4 == 0) return 0;
-    return 1 + (t * 7 + x / 8 + y / 16) % 200;
-}
-
-// Physical palette of tile t as written in PALX.
-inline int TilePalette(int t) { return (t * 3) % kPalettes; }
-
-// Colour c of palette p as written in PPAL.
-inline QRgb PaletteColour(int p, int c) { return qRgb(255 - c, (p * 3) % 256, c); }
-
-// The style with tileCount tiles, 3 cars, 2 peds, 1 map object and the recycling bytes 7, 123, 255.
+// The style with tileCount tiles, each in colours and a palette of its own, 3 cars, 2 peds,
+// 1 map object and the recycling bytes 7, 123, 255.
 inline void WriteStyle(const std::string& path, int tileCount) {
     std::vector<TilePixels> tiles(static_cast<std::size_t>(tileCount));
     for (std::size_t t = 0; t < tiles.size(); ++t)
-        for (std::size_t i = 0; i < 4096; ++i) tiles[t][i] = std::uint8_t(TileByte(int(t), int(i % 64), int(i / 64)));
+        for (std::size_t i = 0; i < 4096; ++i) tiles[t][i] = std::uint8_t(1 + (t * 7 + i / 8 % 8 + i / 1024) % 200);
     std::vector<PaletteBytes> pals(kPalettes);
     for (std::size_t p = 0; p < pals.size(); ++p)
-        for (std::size_t i = 0; i < 1024; ++i) {  // blue, green, red, a byte unused
-            const QRgb rgb = PaletteColour(int(p), int(i / 4));
-            pals[p][i] = std::uint8_t(i % 4 == 0 ? qBlue(rgb) : i % 4 == 1 ? qGreen(rgb) : i % 4 == 2 ? qRed(rgb) : 0);
-        }
+        for (std::size_t i = 0; i < 1024; ++i) pals[p][i] = std::uint8_t(p * 3 + i);
     Bytes palx;
-    for (int t = 0; t < tileCount; ++t) palx = Cat({palx, LE16(TilePalette(t))});
+    for (int t = 0; t < tileCount; ++t) palx = Cat({palx, LE16(t * 3 % kPalettes)});
     const Bytes sprb = Cat({LE16(3), LE16(2), LE16(0), LE16(1), LE16(0), LE16(0)});
     WriteFile(path, StyleBytes()
                         .Add("TILE", TilePayload(tiles))
