@@ -17,7 +17,6 @@ private slots:
         auto* text = new PacedLabel(QStringLiteral("Loading..."), &window);
         bar->setGeometry(10, 10, 395, 19);
         text->setGeometry(10, 40, 395, 19);
-        window.resize(420, 70);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
         bar->setRange(0, 999);
