@@ -12,7 +12,6 @@
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
-#include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keycodes.h"
 #include "workbench/panes_dialogs.h"
@@ -20,10 +19,7 @@
 #include "workbench/surfaceoverlay.h"
 #include "workbench/zoomlens.h"
 
-using modDeclares::STYCarInfo;
-using modDeclares::STYPalData;
-using modDeclares::STYPalIndex;
-using modDeclares::STYRecycle;
+using namespace modDeclares;
 
 namespace {
 
@@ -41,7 +37,6 @@ QImage Drawn(clsSTY& doc, int s, int p = -1, int d = -1) {
 
 // The physical palette of remap k of the sample's first car record, whose sprite 0 has deltas too.
 int Remap(int k) {
-    using namespace modDeclares;
     return STYPalIndex.at(std::size_t(STYPalBase[0] + STYPalBase[1] + STYCarInfo.at(0).remaps.at(std::size_t(k))));
 }
 
@@ -354,7 +349,7 @@ private slots:
     }
     void copy() {
         QFETCH(QString, kind);
-        const int s = modDeclares::STYSpriteBase[0] + 2;
+        const int s = STYSpriteBase[0] + 2;
         W().lstSprites->setCurrentRow(s);
         W().sSelKind = kind.toStdString();
         W().iSelNum = static_cast<std::int16_t>(kind == "t" ? 5 : s);

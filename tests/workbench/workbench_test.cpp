@@ -71,9 +71,7 @@ private slots:
         auto w = Open();
         for (const Tile& t : w->Sty().STYTileStore) QVERIFY(t.Block().use_count() >= 2);
         const QImage before = Sheet(*w);
-        PixelBlock other;
-        other.fill(3);
-        w->Sty().STYTileStore[0] = Tile(other);
+        w->Sty().STYTileStore[0] = Tile(PixelBlock{});
         QCOMPARE(Sheet(*w), before);
     }
 
@@ -81,30 +79,25 @@ private slots:
         QTest::addColumn<int>("width");  // of the window; 0: as opened
         QTest::addColumn<double>("x");
         QTest::addColumn<double>("y");
-        QTest::addColumn<bool>("byMouse");
         QTest::addColumn<int>("tile");  // -1: nothing selected
-        QTest::newRow("mouse at (70, 130) is tile 19") << 0 << 70.0 << 130.0 << true << 19;
-        QTest::newRow("rounded up into the next cell") << 0 << 63.6 << 0.0 << false << 1;
-        QTest::newRow("tile 991") << 0 << 64.0 << 110.0 * 64 << false << 991;
-        QTest::newRow("tile 992 is refused") << 0 << 128.0 << 110.0 * 64 << false << -1;
-        QTest::newRow("strip right of the last column") << 0 << 9.0 * 64 + 2 << 10.0 << false << -1;
-        QTest::newRow("empty cell behind the last tile") << 0 << 5.0 * 64 << 14.0 * 64 << false << 131;
-        QTest::newRow("narrower than a cell: no columns") << 60 << 5.0 << 5.0 << false << -1;
+        QTest::newRow("(70, 130) is tile 19") << 0 << 70.0 << 130.0 << 19;
+        QTest::newRow("rounded up into the next cell") << 0 << 63.6 << 0.0 << 1;
+        QTest::newRow("tile 991") << 0 << 64.0 << 110.0 * 64 << 991;
+        QTest::newRow("tile 992 is refused") << 0 << 128.0 << 110.0 * 64 << -1;
+        QTest::newRow("strip right of the last column") << 0 << 9.0 * 64 + 2 << 10.0 << -1;
+        QTest::newRow("empty cell behind the last tile") << 0 << 5.0 * 64 << 14.0 * 64 << 131;
+        QTest::newRow("narrower than a cell: no columns") << 60 << 5.0 << 5.0 << -1;
     }
     void clickSelects() {
         QFETCH(int, width);
         QFETCH(double, x);
         QFETCH(double, y);
-        QFETCH(bool, byMouse);
         QFETCH(int, tile);
         auto w = Open();
         if (width) w->resize(width, 300);
         w->cmdGen_Click();
         QCOMPARE(w->picMain->Height(), width ? 64 : (kTiles / 9 + 1) * 64);
-        if (byMouse)
-            QTest::mouseClick(w->picMain, Qt::LeftButton, {}, QPoint(int(x), int(y)));
-        else
-            w->picMain_MouseUp(1, 0, x, y);
+        w->picMain_MouseUp(1, 0, x, y);
         QCOMPARE(w->picMain->Tag, QString::number(tile));
         QCOMPARE(w->sSelKind, std::string(tile < 0 ? "" : "t"));
         const auto& index = modDeclares::STYPalIndex;
@@ -119,7 +112,7 @@ private slots:
         w->cmdGen_Click();  // the sheet's width after the first layout
         const QImage before = Sheet(*w);
         const auto Flipped = [&](int x, int y) { return (Sheet(*w).pixel(x, y) ^ before.pixel(x, y)) & 0xFFFFFF; };
-        w->picMain_MouseUp(1, 0, 70, 130);  // tile 19: column 1, row 2
+        QTest::mouseClick(w->picMain, Qt::LeftButton, {}, QPoint(70, 130));  // tile 19: column 1, row 2
         for (int k = 64; k <= 128; k += 16)
             for (QPoint p : {QPoint(k, 128), QPoint(k, 192), QPoint(64, k + 64), QPoint(128, k + 64)})
                 QCOMPARE(Flipped(p.x(), p.y()), 0xFFFFFFu);
