@@ -41,10 +41,8 @@ inline void WritePrefix(const std::string& prefixDir, const std::string& stylePa
     std::string windows = "Z:";
     for (char ch : stylePath) windows += ch == '/' ? std::string("\\\\") : std::string(1, ch);
     std::ofstream(fs::path(prefixDir) / "user.reg", std::ios::binary)
-        << "WINE REGISTRY Version 2\n"
-           ";; All keys relative to REGISTRY\\\\User\\\\S-1-5-21-0-0-0-1000\n\n#arch=win64\n\n"
-           "[Software\\\\DMA Design LTd\\\\Gta2 Editor\\\\App Defaults] 1700000000\n"
-           "#time=1da1747c66d0000\n\"App Style File\"=\""
+        << "WINE REGISTRY Version 2\n\n[Software\\\\DMA Design LTd\\\\Gta2 Editor\\\\App Defaults] 1700000000\n"
+           "\"App Style File\"=\""
         << windows << "\"\n";
 }
 

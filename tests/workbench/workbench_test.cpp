@@ -80,7 +80,6 @@ private slots:
         QTest::addColumn<double>("x");
         QTest::addColumn<double>("y");
         QTest::addColumn<int>("tile");  // -1: nothing selected
-        QTest::newRow("(70, 130) is tile 19") << 0 << 70.0 << 130.0 << 19;
         QTest::newRow("rounded up into the next cell") << 0 << 63.6 << 0.0 << 1;
         QTest::newRow("tile 991") << 0 << 64.0 << 110.0 * 64 << 991;
         QTest::newRow("tile 992 is refused") << 0 << 128.0 << 110.0 * 64 << -1;
