@@ -110,10 +110,9 @@ class PanesTest : public QObject {
     QAction* Button(const char* key) { return W().tlbMain->findChild<QAction*>(QString::fromLatin1(key)); }
 
     State Now() {
-        const int cols = W().Cols();
         return {ombrevale::testsupport::TakeSnapshot(W().Sty()),
-                W().picMain->image().copy(kTile % cols * 64, kTile / cols * 64, 64, 64), W().picSprite->image(),
-                W().picPalette->image(), Rows(W().lstRecy)};
+                W().picMain->image().copy(QRect(CellCentre(kTile) - QPoint(32, 32), QSize(64, 64))),
+                W().picSprite->image(), W().picPalette->image(), Rows(W().lstRecy)};
     }
 
     // Brings the window to the edit's target and makes it; the window just before the edit.
@@ -181,8 +180,7 @@ private slots:
     }
     void init() {
         w_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
-        answers_.clear();
-        folders_.clear();
+        answers_ = folders_ = {};
         reply_.reset();
         yes_ = true;
         using ombrevale::panesdialogs::FileMode;
@@ -350,7 +348,6 @@ private slots:
     void copy() {
         QFETCH(QString, kind);
         const int s = STYSpriteBase[0] + 2;
-        W().lstSprites->setCurrentRow(s);
         W().sSelKind = kind.toStdString();
         W().iSelNum = static_cast<std::int16_t>(kind == "t" ? 5 : s);
         QImage want(3, 3, QImage::Format_RGB32);
@@ -519,10 +516,8 @@ private slots:
             if (what == "text") W().txtText->setText(QStringLiteral("HELLO 123"));
             if (what == "text") W().cmdCreateText_Click();
         };
-        {
-            ScopedDocumentHooks scoped(h);
-            W().cmdGen_Click();
-        }
+        ScopedDocumentHooks scoped(h);
+        W().cmdGen_Click();
         QCOMPARE(inner, 1);
         QVERIFY(ombrevale::testsupport::TakeSnapshot(W().Sty()) == cleanStores);
         QCOMPARE(W().picMain->image(), cleanSheet);
