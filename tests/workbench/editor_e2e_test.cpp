@@ -83,13 +83,11 @@ private slots:
     }
 
     void refreshReadsTheRegistryLive() {
-        const std::string first = dir_.File("first.sty"), second = dir_.File("second.sty");
-        ombrevale::wbtest::WriteStyle(first, 40);
-        ombrevale::wbtest::WriteStyle(second, 64);
-        QVERIFY(SetEditorStyle(first));
+        ombrevale::wbtest::WriteStyle(dir_.File("second.sty"), 64);
+        QVERIFY(SetEditorStyle(dir_.File("e2e.sty")));
         frmSTY2 window;
-        QCOMPARE(window.Sty().GetNumOfTiles(), 40);
-        QVERIFY(SetEditorStyle(second));
+        QCOMPARE(window.Sty().GetNumOfTiles(), kTiles);
+        QVERIFY(SetEditorStyle(dir_.File("second.sty")));
         // The temporary folder's name is new to this run.
         QFile userReg(qgetenv("WINEPREFIX") + "/user.reg");
         QVERIFY(userReg.open(QIODevice::ReadOnly));
