@@ -193,24 +193,13 @@ private slots:
     }
 
     // Top-most until the first resize with the window shown; set again in place, same native window.
+    // Its message boxes belong to it, so the window manager keeps them above it.
     void topMostUntilResizedVisible() {
         auto w = Open();
         const WId id = w->winId();
         int hides = 0;
         new PanesEventTap(w.get(), QEvent::Hide, [&hides](QEvent*) { ++hides; });
         QVERIFY(w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-        w->resize(700, 600);
-        QCoreApplication::processEvents();
-        QVERIFY(!w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-        ombrevale::workbench::SetTopMost(w.get(), true);
-        QVERIFY(w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
-        QCOMPARE(w->winId(), id);
-        QCOMPARE(hides, 0);
-    }
-
-    void messageBoxesBelongToTheWindow() {
-        modGTA2::InstallAsDocumentHooks();
-        auto w = Open();
         QWidget* parent = nullptr;
         QTimer::singleShot(0, w.get(), [&parent] {
             if (QWidget* box = QApplication::activeModalWidget()) {
@@ -218,9 +207,17 @@ private slots:
                 box->close();
             }
         });
+        modGTA2::InstallAsDocumentHooks();
         MsgBox("a message");
         InstallDocumentHooks({});
         QCOMPARE(parent, static_cast<QWidget*>(w.get()));
+        w->resize(700, 600);
+        QCoreApplication::processEvents();
+        QVERIFY(!w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        ombrevale::workbench::SetTopMost(w.get(), true);
+        QVERIFY(w->windowHandle()->flags().testFlag(Qt::WindowStaysOnTopHint));
+        QCOMPARE(w->winId(), id);
+        QCOMPARE(hides, 0);
     }
 };
 
