@@ -166,7 +166,7 @@ class PanesTest : public QObject {
     }
 
 private slots:
-    // The files the dialogs answer with.
+    // The files the dialogs answer with, and the answers in place of the dialogs.
     void initTestCase() {
         QImage tile(64, 64, QImage::Format_RGB32);  // in colours no palette holds all of
         for (int y = 0; y < 64; ++y)
@@ -177,12 +177,6 @@ private slots:
         std::ofstream pal(dir_.File("p.pal"), std::ios::binary);
         pal << "JASC-PAL\n0100\n256\n";
         for (int i = 0; i < 256; ++i) pal << i << " 1 2\n";
-    }
-    void init() {
-        w_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
-        answers_ = folders_ = {};
-        reply_.reset();
-        yes_ = true;
         using ombrevale::panesdialogs::FileMode;
         ombrevale::panesdialogs::Install(
             {[this](QWidget*, const QString&) { return reply_; },
@@ -192,9 +186,11 @@ private slots:
              },
              [this](QWidget*, const QString&) { return yes_; }});
     }
-    void cleanup() {
-        ombrevale::panesdialogs::Install({});
-        w_.reset();
+    void init() {
+        w_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
+        answers_ = folders_ = {};
+        reply_.reset();
+        yes_ = true;
     }
     // Sprites page
 
