@@ -23,12 +23,11 @@ inline void WriteStyle(const std::string& path, int tileCount) {
         for (std::size_t i = 0; i < 1024; ++i) pals[p][i] = std::uint8_t(p * 3 + i);
     Bytes palx;
     for (int t = 0; t < tileCount; ++t) palx = Cat({palx, LE16(t * 3 % kPalettes)});
-    const Bytes sprb = Cat({LE16(3), LE16(2), LE16(0), LE16(1), LE16(0), LE16(0)});
     WriteFile(path, StyleBytes()
                         .Add("TILE", TilePayload(tiles))
                         .Add("PPAL", PalettePayload(pals))
                         .Add("PALX", palx)
-                        .Add("SPRB", sprb)
+                        .Add("SPRB", Cat({LE16(3), LE16(2), LE16(0), LE16(1), LE16(0), LE16(0)}))
                         .Add("RECY", Bytes{7, 123, 255})
                         .bytes());
 }

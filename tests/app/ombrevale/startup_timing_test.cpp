@@ -32,9 +32,7 @@ TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
     fs::copy_file(OMBREVALE_SAMPLE, start.path() / "style.sty");
     QProcess app;
     app.setWorkingDirectory(QString::fromStdString(start.path().string()));
-    auto env = QProcessEnvironment::systemEnvironment();
-    env.insert("XDG_RUNTIME_DIR", QString::fromStdString(runtime.path().string()));
-    app.setProcessEnvironment(env);
+    qputenv("XDG_RUNTIME_DIR", runtime.path().c_str());
     const long long before = WallNs();
     app.start(OMBREVALE_WINDOW, {"style.sty"});  // named from the start folder
     ASSERT_TRUE(app.waitForFinished(50000));
@@ -59,8 +57,8 @@ INSTANTIATE_TEST_SUITE_P(Folders, StartupTiming,
 TEST(Signals, TerminatedTheProgramRemovesItsFolder) {
     ombrevale::testsupport::TempDir runtime;
     QProcess app;
+    qputenv("XDG_RUNTIME_DIR", runtime.path().c_str());
     auto env = QProcessEnvironment::systemEnvironment();
-    env.insert("XDG_RUNTIME_DIR", QString::fromStdString(runtime.path().string()));
     env.remove("OMBREVALE_STARTUP_TIMING");  // else it would end by itself
     app.setProcessEnvironment(env);
     app.start(OMBREVALE_WINDOW, {OMBREVALE_SAMPLE});
