@@ -517,8 +517,10 @@ private slots:
         QCOMPARE(inner, 1);
         QVERIFY(ombrevale::testsupport::TakeSnapshot(W().Sty()) == cleanStores);
         QCOMPARE(W().picMain->image(), cleanSheet);
-        W().picMain_MouseUp(1, 0, 70, 130);  // the window still answers once the Refresh is over
-        QCOMPARE(W().picMain->Tag, QStringLiteral("19"));
+        // The window still answers once the Refresh is over, and no box of a click it passed over stays.
+        W().picMain_MouseUp(1, 0, 134, 130);
+        QCOMPARE(W().picMain->Tag, QStringLiteral("20"));
+        QCOMPARE(W().picMain->image().copy(64, 128, 64, 64), cleanSheet.copy(64, 128, 64, 64));
     }
     // Views
 
@@ -663,6 +665,7 @@ private slots:
         ombrevale::testsupport::HookRecorder hooks;
         const State before = Make(edit), after = Now();
         QVERIFY(after.stores != before.stores);
+        QVERIFY(edit != Edit::Delta || after.stores.spriteData == before.stores.spriteData);
         QVERIFY2(after.Of(shows) != before.Of(shows), "the edit shows");
         QVERIFY(Button("undo")->isEnabled());
         const std::string kind = W().sSelKind;
