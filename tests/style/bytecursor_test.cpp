@@ -45,28 +45,22 @@ private:
 
 // One step of a script, applied alike to both cursors; returns what it read.
 std::vector<std::int64_t> Step(ByteCursor& in, int op, std::size_t n) {
-    switch (op) {
-        case 0:
-            return {in.U8()};
-        case 1:
-            return {in.U16()};
-        case 2:
-            return {in.I32()};
-        case 3: {
-            const auto s = in.Take(n);
-            return std::vector<std::int64_t>(s.begin(), s.end());
-        }
-        case 4:
-            in.Skip(n);
-            return {};
-        default: {
-            std::vector<std::uint8_t> to(n);
-            const bool ok = in.CopyTo(to.data(), n);
-            std::vector<std::int64_t> out(to.begin(), to.end());
-            out.push_back(ok);
-            return out;
-        }
+    if (op == 0) return {in.U8()};
+    if (op == 1) return {in.U16()};
+    if (op == 2) return {in.I32()};
+    if (op == 3) {
+        const auto s = in.Take(n);
+        return std::vector<std::int64_t>(s.begin(), s.end());
     }
+    if (op == 4) {
+        in.Skip(n);
+        return {};
+    }
+    std::vector<std::uint8_t> to(n);
+    const bool ok = in.CopyTo(to.data(), n);
+    std::vector<std::int64_t> out(to.begin(), to.end());
+    out.push_back(ok);
+    return out;
 }
 
 struct TrickleCase {
