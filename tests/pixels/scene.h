@@ -8,12 +8,15 @@
 #include <cstdint>
 #include <string>
 
-#include "bmpreader.h"
 #include "style/clssty.h"
+#include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
 #include "support/tempdir.h"
+#include "testpicture.h"
 
 namespace ombrevale::pixeltest {
+
+using ombrevale::stylewriter::Bytes;
 
 struct SpriteSpec {
     std::int32_t offset;

@@ -39,7 +39,7 @@ TEST_P(RenderSprite, ShowsTheSpriteInTheChosenPaletteAndRestoresIt) {
             const std::uint8_t px = StoreAt(c.sprite, x, y);
             const std::int32_t expected =
                 px == 0 && c.transparent ? 0xFF00FF : ExpectedColour(static_cast<std::size_t>(expectedPal), px);
-            ASSERT_EQ(pic.picture.At(static_cast<int>(x), static_cast<int>(y)), expected) << x << "," << y;
+            ASSERT_EQ(pic.At(static_cast<int>(x), static_cast<int>(y)), expected) << x << "," << y;
         }
 }
 

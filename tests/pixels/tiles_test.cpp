@@ -35,7 +35,7 @@ TEST_P(RenderTile, ShowsColourZeroAsTheKeyOnlyWhenTransparent) {
             const std::uint8_t px = TilePixel(0, static_cast<std::size_t>(r), static_cast<std::size_t>(c));
             const std::int32_t expected =
                 (px == 0 && transparent) ? 0xFF00FF : ExpectedColour(static_cast<std::size_t>(TilePalette(0)), px);
-            ASSERT_EQ(pic.picture.At(c, r), expected) << c << "," << r;
+            ASSERT_EQ(pic.At(c, r), expected) << c << "," << r;
         }
     EXPECT_TRUE(hooks.messages().empty());
 }
