@@ -150,7 +150,12 @@ private slots:
         QVERIFY(w->vScrollMax() > 256);
         QWheelEvent wheel(QPointF(5, 5), w->picMain->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
                           Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-        for (int k : keys) k ? QTest::keyClick(w.get(), Qt::Key(k)) : void(QApplication::sendEvent(w->picMain, &wheel));
+        for (int k : keys) {
+            if (k)
+                QTest::keyClick(w.get(), Qt::Key(k));
+            else
+                QApplication::sendEvent(w->picMain, &wheel);
+        }
         QCOMPARE(w->isVisible(), !keys.contains(Qt::Key_Escape));
         const int value = want[0] * 64 + want[1] * w->vScroll->pageStep() + want[2] * w->vScrollMax() +
                           want[3] * QApplication::wheelScrollLines() * w->vScroll->singleStep();
