@@ -4,8 +4,8 @@
 // Windows: direct Win32 calls. Linux: the same calls made by
 // ombrevale-link.exe under Wine, over a line protocol on its stdin/stdout;
 // with no Wine the search finds nothing and a click reaches nobody, silently.
-// While the helper is still starting, the search and the click wait for it
-// in a queue instead of in the caller.
+// The search and the click wait for the helper in its queue, never in the
+// caller: a helper or editor that stops answering must not freeze the window.
 
 #include <atomic>
 #include <cstdint>
@@ -13,8 +13,7 @@
 namespace modControlWin {
 
 // A window handle of another program, 32 bits; 0 until the first match.
-// Atomic: on Linux a search that waited for the helper writes it from the
-// helper's thread.
+// Atomic: on Linux the search writes it from the helper's thread.
 extern std::atomic<std::uint32_t> hWndEditorList;
 
 // Linux: begins starting ombrevale-link.exe so that it is up by the time the
@@ -27,14 +26,15 @@ void HoldEditorLink();
 void ReleaseEditorLink();
 
 // The search (EnumWindows with EnumWindowsProc). A match overwrites
-// hWndEditorList; no match leaves it as it was. Linux, helper still starting:
-// the search runs once it is up.
+// hWndEditorList; no match leaves it as it was. Linux: queued, it runs on the
+// helper's thread once the helper is up and the work ahead of it is done.
 void FindEditorList();
 
 // LB_SETCURSEL, LB_GETCURSEL (overwrites Item), LB_GETITEMRECT, then a posted
-// press and release at the row's top-left corner. Linux, helper still
-// starting: Item becomes 0 and the click goes out once the helper is up, on
-// hWndEditorList as the search queued before it left it; a later click
+// press and release at the row's top-left corner. Linux: queued as well.
+// With the helper up and idle, Item gets LB_GETCURSEL's answer if it comes
+// within 20 ms; otherwise Item becomes 0 and the click goes out later, on
+// hWndEditorList as a search queued before it left it. A later click
 // replaces one that has not gone out yet.
 void clickListboxItem(std::uint32_t hWnd, std::int32_t& Item);
 

@@ -1,5 +1,5 @@
 // Starting ombrevale-link.exe under Wine on a thread of its own and talking to
-// it over two pipes.
+// it over two pipes from that thread only.
 #include "settings/linkhelper.h"
 
 #include <fcntl.h>
@@ -16,6 +16,8 @@
 #include <condition_variable>
 #include <cstdlib>
 #include <filesystem>
+#include <future>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <thread>
@@ -170,6 +172,9 @@ private:
     std::string buffer_;
 };
 
+// On the helper's own thread, the only one that reads and writes its pipe.
+thread_local bool tOnWorker = false;
+
 class Helper {
 public:
     ~Helper() { Shutdown(); }
@@ -187,42 +192,40 @@ public:
 
     bool Ready() {
         std::lock_guard lock(m_);
-        return state_ == State::Up && !draining_;
+        return IsReady();
     }
 
     std::string ReadyPrefix() {
         std::lock_guard lock(m_);
-        return state_ == State::Up && !draining_ ? pipe_.prefix() : std::string();
+        return IsReady() ? prefix_ : std::string();
     }
 
-    bool Request(const std::string& request, std::vector<std::string>& answer) {
+    bool Request(const std::string& request, std::vector<std::string>& answer, int waitMs) {
         answer.clear();
-        std::lock_guard lock(m_);
-        if (state_ != State::Up || (draining_ && !OnWorker())) {
-            if (!OnWorker()) BeginStart();
-            return false;
+        if (tOnWorker) return Talk(request, answer);
+        auto pending = std::make_shared<Pending>();
+        auto sent = pending->ok.get_future();
+        {
+            std::lock_guard lock(m_);
+            if (state_ != State::Up) {
+                BeginStart();
+                return false;
+            }
+            Enqueue(kAnySlot, [this, request, pending] { pending->ok.set_value(Talk(request, pending->answer)); });
         }
-        if (!pipe_.WriteLine(request)) return Fail();
-        std::string line;
-        do {
-            if (!pipe_.ReadLine(line, kAnswerMs, stopping_)) return Fail();
-            answer.push_back(line);
-        } while (request == "windows" && line != "end");
+        if (sent.wait_for(std::chrono::milliseconds(waitMs)) != std::future_status::ready) return false;
+        try {
+            if (!sent.get()) return false;
+        } catch (const std::future_error&) {
+            return false;  // dropped unsent: the start failed, or a shutdown
+        }
+        answer = std::move(pending->answer);
         return true;
     }
 
     void WhenUp(int slot, std::function<void()> job) {
-        std::unique_lock lock(m_);
-        if (state_ == State::Up && (!draining_ || OnWorker())) {
-            lock.unlock();
-            job();
-            return;
-        }
-        auto same = std::find_if(queue_.begin(), queue_.end(), [slot](const Queued& q) { return q.slot == slot; });
-        if (same != queue_.end())
-            same->job = std::move(job);
-        else
-            queue_.push_back({slot, std::move(job)});
+        std::lock_guard lock(m_);
+        Enqueue(slot, std::move(job));
         if (!BeginStart()) queue_.clear();
     }
 
@@ -236,7 +239,7 @@ public:
         std::lock_guard lock(m_);
         if (state_ == State::Up) pipe_.Stop(true);
         state_ = State::Down;
-        draining_ = false;
+        busy_ = false;
         queue_.clear();
         lastFailedStart_.reset();
         wake_ = false;
@@ -247,12 +250,29 @@ public:
 
 private:
     enum class State { Down, Starting, Up };
+    static constexpr int kAnySlot = -1;
     struct Queued {
         int slot;
         std::function<void()> job;
     };
+    struct Pending {
+        std::promise<bool> ok;
+        std::vector<std::string> answer;
+    };
 
-    bool OnWorker() const { return std::this_thread::get_id() == worker_.get_id(); }
+    // Called with m_ held.
+    bool IsReady() const { return state_ == State::Up && queue_.empty() && !busy_; }
+
+    // Called with m_ held.
+    void Enqueue(int slot, std::function<void()> job) {
+        auto same = std::find_if(queue_.begin(), queue_.end(),
+                                 [slot](const Queued& q) { return slot != kAnySlot && q.slot == slot; });
+        if (same != queue_.end())
+            same->job = std::move(job);
+        else
+            queue_.push_back({slot, std::move(job)});
+        cv_.notify_all();
+    }
 
     // Called with m_ held. False when a start may not be tried yet.
     bool BeginStart() {
@@ -266,49 +286,69 @@ private:
         return true;
     }
 
-    // Called with m_ held.
-    bool Fail() {
+    // On the worker, with m_ not held.
+    bool Talk(const std::string& request, std::vector<std::string>& answer) {
+        {
+            std::lock_guard lock(m_);
+            if (state_ != State::Up) return false;
+        }
+        bool ok = pipe_.WriteLine(request);
+        for (std::string line; ok;) {
+            ok = pipe_.ReadLine(line, kAnswerMs, stopping_);
+            if (ok) answer.push_back(line);
+            if (ok && (request != "windows" || line == "end")) return true;
+        }
+        answer.clear();
         pipe_.Stop(false);
-        state_ = State::Down;
+        std::lock_guard lock(m_);
+        // It had started fine, so no pause before the next start: the work
+        // queued behind this request goes to the new one.
+        state_ = State::Starting;
+        wake_ = true;
+        return false;
+    }
+
+    // On the worker, with m_ not held.
+    bool Launch(Pipe::Plan plan) {
+        std::string banner;
+        if (!pipe_.Launch(std::move(plan))) return false;
+        if (pipe_.ReadLine(banner, kStartMs, stopping_) && banner.rfind("ombrevale-link", 0) == 0) return true;
+        pipe_.Stop(false);
         return false;
     }
 
     void Work() {
+        tOnWorker = true;
         std::unique_lock lock(m_);
         for (;;) {
-            cv_.wait(lock, [this] { return (wake_ && !held_) || stopping_; });
+            cv_.wait(lock,
+                     [this] { return stopping_ || (wake_ && !held_) || (state_ == State::Up && !queue_.empty()); });
             if (stopping_) return;
-            wake_ = false;
-            Pipe::Plan plan = std::move(plan_);
-            lock.unlock();
-            // Only this thread touches the pipe until the state says Up.
-            std::string banner;
-            bool up = pipe_.Launch(std::move(plan));
-            if (up && !(pipe_.ReadLine(banner, kStartMs, stopping_) && banner.rfind("ombrevale-link", 0) == 0)) {
-                pipe_.Stop(false);
-                up = false;
-            }
-            lock.lock();
-            if (!up) {
-                state_ = State::Down;
-                lastFailedStart_ = Clock::now();
-                queue_.clear();
+            if (wake_) {
+                wake_ = false;
+                Pipe::Plan plan = plan_;  // kept for a start again after a hang
+                lock.unlock();
+                const bool up = Launch(std::move(plan));
+                lock.lock();
+                if (up) {
+                    state_ = State::Up;
+                    prefix_ = pipe_.prefix();
+                    lastFailedStart_.reset();
+                } else {
+                    state_ = State::Down;
+                    lastFailedStart_ = Clock::now();
+                    queue_.clear();
+                }
                 continue;
             }
-            lastFailedStart_.reset();
-            state_ = State::Up;
-            // Work queued while the helper started goes out first, in its order,
-            // before any new request can overtake it.
-            draining_ = true;
-            while (!queue_.empty() && state_ == State::Up && !stopping_) {
-                auto job = std::move(queue_.front().job);
-                queue_.erase(queue_.begin());
-                lock.unlock();
-                job();
-                lock.lock();
-            }
-            queue_.clear();
-            draining_ = false;
+            std::function<void()> job = std::move(queue_.front().job);
+            queue_.erase(queue_.begin());
+            busy_ = true;
+            lock.unlock();
+            job();
+            job = nullptr;
+            lock.lock();
+            busy_ = false;
         }
     }
 
@@ -317,12 +357,14 @@ private:
     State state_ = State::Down;
     bool wake_ = false;
     bool held_ = false;
-    bool draining_ = false;
+    bool busy_ = false;
     std::atomic<bool> stopping_ = false;
     std::vector<Queued> queue_;
     std::optional<Clock::time_point> lastFailedStart_;
-    Pipe pipe_;
+    std::string prefix_;
     Pipe::Plan plan_;
+    // Touched by the worker only, and by Shutdown once the worker has ended.
+    Pipe pipe_;
     std::thread worker_;
 };
 
@@ -341,8 +383,8 @@ bool Ready() { return TheHelper().Ready(); }
 
 std::string ReadyPrefix() { return TheHelper().ReadyPrefix(); }
 
-bool Request(const std::string& request, std::vector<std::string>& answer) {
-    return TheHelper().Request(request, answer);
+bool Request(const std::string& request, std::vector<std::string>& answer, int waitMs) {
+    return TheHelper().Request(request, answer, waitMs);
 }
 
 void WhenUp(int slot, std::function<void()> job) { TheHelper().WhenUp(slot, std::move(job)); }

@@ -1,9 +1,9 @@
 #pragma once
 // ombrevale-link.exe, the Win32 side of the editor link and of the live
 // registry read on Linux: run under Wine in the current prefix and spoken to a
-// line at a time. Wine can take seconds to come up, so the helper is started
-// on a thread of its own and nobody waits for it: until it is up, requests
-// fail at once and work that must reach it is queued.
+// line at a time. Wine can take seconds to come up and an editor can stop
+// answering, so the helper is started and spoken to on a thread of its own and
+// nobody else waits for it longer than they chose to: work for it is queued.
 
 #include <functional>
 #include <string>
@@ -27,14 +27,17 @@ bool Ready();
 std::string ReadyPrefix();
 
 // Sends one request and collects the answer: one line, or for "windows" every
-// line up to "end". False at once when the helper is not Ready() (a start is
-// then begun), and false when it does not answer in time; it is then stopped.
-bool Request(const std::string& request, std::vector<std::string>& answer);
+// line up to "end". False at once when the helper is not up (a start is then
+// begun). Off the helper's thread the request is queued behind the work
+// already waiting and `waitMs` is the longest wait for its answer: later it
+// is still sent, and the answer dropped. On the helper's thread (in a job) it
+// is sent at once. A helper that takes 5 s to answer is ended and started again.
+bool Request(const std::string& request, std::vector<std::string>& answer, int waitMs = 1000);
 
-// Runs `job` now when the helper is Ready(), else once it is up, on the
-// helper's own thread, where Request works for it. A job queued under a
-// `slot` that already waits replaces that one in its place in the queue.
-// Queued jobs are dropped when the start fails.
+// Queues `job` for the helper's own thread, where Request works for it, and
+// returns at once; it runs once the helper is up. A job queued under a `slot`
+// that already waits replaces that one in its place in the queue. Queued jobs
+// are dropped when a start fails.
 void WhenUp(int slot, std::function<void()> job);
 
 // Where the helper is looked for: $OMBREVALE_LINK_EXE, else beside this

@@ -18,7 +18,8 @@ using ombrevale::standin::Window;
 
 namespace {
 
-// Starts the helper and waits until it has answered and drained its queue.
+// Starts the helper and waits until it has answered and drained its queue:
+// after it, a search made before has run.
 bool LinkUp() {
     ombrevale::linkhelper::Start();
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
@@ -42,7 +43,8 @@ const auto* const kWine = testing::AddGlobalTestEnvironment(new WineEnvironment)
 std::vector<unsigned long> EnumerationOrder() {
     std::vector<std::string> lines;
     std::vector<unsigned long> order;
-    ombrevale::linkhelper::Request("windows", lines);
+    // Behind the search queued before it, however long that takes.
+    ombrevale::linkhelper::Request("windows", lines, 10000);
     for (const auto& l : lines)
         if (unsigned long h = 0; std::sscanf(l.c_str(), "window %lu", &h) == 1) order.push_back(h);
     return order;
@@ -96,10 +98,12 @@ TEST(Click, ReachesTheEditorUntilItClosesAndTheNextOneOnceTheHelperIsUp) {
     auto editor = std::make_unique<StandIn>(Window{}, dir.File("first.log"));
     ASSERT_TRUE(editor->ok());
     modControlWin::FindEditorList();
+    ASSERT_TRUE(LinkUp());
     ASSERT_EQ(modControlWin::hWndEditorList, editor->list());
     // The first row, the last, and one past the stand-in's 992: the row LB_SETCURSEL selected is clicked.
     for (std::int32_t row : {0, 991, 5000}) {
         SCOPED_TRACE(row);
+        ASSERT_TRUE(LinkUp()) << "Item is only waited for when nothing is queued";
         const std::size_t from = editor->Lines().size();
         std::int32_t item = row;
         modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
@@ -120,6 +124,7 @@ TEST(Click, ReachesTheEditorUntilItClosesAndTheNextOneOnceTheHelperIsUp) {
     const unsigned long closed = editor->list();
     editor.reset();
     modControlWin::FindEditorList();
+    ASSERT_TRUE(LinkUp());
     EXPECT_EQ(modControlWin::hWndEditorList, closed) << "the last handle stays";
     std::int32_t item = 7;
     modControlWin::clickListboxItem(modControlWin::hWndEditorList, item);
