@@ -69,6 +69,9 @@ public:
     bool SaveSTY(const std::string& sFile) const;
     // The same save, telling nothing: what went wrong, without the file's name.
     ombrevale::Outcome TrySaveSTY(const std::string& path) const;
+    // The bytes a save would write, made without a word of progress: a copy
+    // kept between saves must not run window events in the middle of an edit.
+    std::vector<std::uint8_t> SavedBytes() const;
 
     std::int32_t GetCol(std::int32_t Pal, std::int32_t Col) const;
     bool RenderSprite(std::int32_t idx, PictureControl& PicBox, std::int16_t& Pal);

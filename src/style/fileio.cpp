@@ -41,6 +41,8 @@ Outcome InputFile::Open(const std::string& path) {
     const auto status = fs::status(path, ec);
     if (ec || !fs::exists(status)) return Unreadable("there is no such file");
     if (fs::is_directory(status)) return Unreadable("it is a folder, not a file");
+    // A FIFO or a device would hold the open, or the read, for as long as nobody writes.
+    if (!fs::is_regular_file(status)) return Unreadable("it is not a regular file");
     in_.open(path, std::ios::binary);
     if (!in_) return Unreadable("it cannot be opened for reading");
     in_.seekg(0, std::ios::end);

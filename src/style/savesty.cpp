@@ -112,7 +112,7 @@ std::size_t Expected(const clsSTY& doc) {
            2 * STYFontBase.base.size() + 64;
 }
 
-std::vector<std::uint8_t> Serialise(const clsSTY& doc) {
+std::vector<std::uint8_t> Serialise(const clsSTY& doc, bool report) {
     std::vector<std::uint8_t> bytes;
     bytes.reserve(Expected(doc));
     ByteWriter w(bytes);
@@ -126,7 +126,7 @@ std::vector<std::uint8_t> Serialise(const clsSTY& doc) {
         const auto tag = kSectionTags[static_cast<std::size_t>(s)];
         w.Bytes(std::span(reinterpret_cast<const std::uint8_t*>(tag.data()), 4));
         w.I32(size);
-        ProgressStep(step, "Saving " + std::string(tag) + "...");
+        if (report) ProgressStep(step, "Saving " + std::string(tag) + "...");
         payload();
     };
     const auto fontSize = static_cast<std::int16_t>(2 + 2 * STYFontBase.count);
@@ -173,10 +173,12 @@ ombrevale::Outcome clsSTY::TrySaveSTY(const std::string& path) const {
         }
     }
 
-    auto problem = ombrevale::styleio::ReplaceFileWith(path, Serialise(*this));
+    auto problem = ombrevale::styleio::ReplaceFileWith(path, Serialise(*this, true));
     ProgressEnd();
     return problem;
 }
+
+std::vector<std::uint8_t> clsSTY::SavedBytes() const { return Serialise(*this, false); }
 
 bool clsSTY::SaveSTY(const std::string& sFile) const {
     const auto problem = TrySaveSTY(sFile);

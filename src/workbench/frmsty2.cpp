@@ -15,6 +15,7 @@
 
 #include "settings/cregistry.h"
 #include "style/moddeclares.h"
+#include "workbench/keptcopy.h"
 #include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
 #include "workbench/toolbarimages.h"
@@ -42,11 +43,17 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     WirePanes();
     WireViews();
     WireEdits();
+    WireKeptEdits();
     qApp->installEventFilter(this);
     Form_Load();
 }
 
-frmSTY2::~frmSTY2() { qApp->removeEventFilter(this); }
+frmSTY2::~frmSTY2() {
+    qApp->removeEventFilter(this);
+    // Gone before the history it watches, whose end would otherwise read as an undo to the saved point.
+    KeepEditsNow();
+    delete kept_;
+}
 
 clsSTY& frmSTY2::Sty() {
     if (!oSty) oSty = std::make_unique<clsSTY>();
@@ -153,13 +160,19 @@ std::string frmSTY2::StylePath() const {
 
 void frmSTY2::Form_Load() {
     busy_ = true;
-    if (const std::string path = StylePath(); !path.empty()) Sty().LoadSTY(path);
+    const std::string path = StylePath();
+    if (!path.empty()) Sty().LoadSTY(path);
     Sty().DrawTransparent(true);
     MainTab->move(MainTab->x(), 0);
     FillLists();
     busy_ = false;
     RenderSheet();
     ombrevale::workbench::SetTopMost(this, true);
+    if (!path.empty()) {
+        panesStylePath_ = path;
+        ForgetEdits();
+        OfferKeptEdits(path);
+    }
 }
 
 void frmSTY2::FillLists() {
@@ -211,11 +224,19 @@ void frmSTY2::ResetPanes() {
 void frmSTY2::cmdGen_Click() {
     // A Refresh that arrives through a load's or a render's event run waits for no one: it is dropped.
     if (busy_) return;
+    const std::string path = StylePath();
+    // The edits a reload drops stay on disk, offered again below.
+    KeepEditsNow();
     busy_ = true;
-    if (const std::string path = StylePath(); !path.empty()) Sty().LoadSTY(path);
+    if (!path.empty()) Sty().LoadSTY(path);
     busy_ = false;
-    ForgetEdits();
+    if (!path.empty()) {
+        // Save then writes the file that Refresh took up.
+        panesStylePath_ = path;
+        ForgetEdits();
+    }
     RenderSheet();
+    if (!path.empty()) OfferKeptEdits(path);
 }
 
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {

@@ -28,6 +28,8 @@ class QListWidgetItem;
 class QUndoStack;
 class QKeyEvent;
 namespace ombrevale::workbench {
+class KeptCopy;
+class KeptOffer;
 class SurfaceOverlay;
 class SurfaceLegend;
 class ZoomLens;
@@ -129,6 +131,16 @@ public:
     // The file that "save" writes: the last one opened, loaded or saved as.
     std::string CurrentStylePath() const { return panesStylePath_; }
 
+    // ---- Kept edits (frmsty2_kept.cpp) ----
+    // A load, a render or a save runs: commands that change or write the
+    // document, or start another job, are passed over until it ends.
+    bool JobRunning() const { return busy_; }
+    // Writes the edits not yet kept and waits for the disk: before the process ends.
+    void KeepEditsNow();
+    ombrevale::workbench::KeptCopy* Kept() const { return kept_; }
+    ombrevale::workbench::KeptOffer* KeptEditsOffer() const { return keptOffer_; }
+    QLabel* lblUnsaved = nullptr;
+
     PictureBox* picSprite = nullptr;
     QLabel* lblSSize = nullptr;
     QComboBox* cmbDeltas = nullptr;
@@ -191,6 +203,7 @@ private:
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void BuildControls();
@@ -201,6 +214,14 @@ private:
     std::string StylePath() const;
     void SetScrollMax(int max);
     void HandOverToEditor();
+    void WireKeptEdits();
+    // After a load of path: the kept edits of that style, if any, are offered.
+    void OfferKeptEdits(const std::string& path);
+    void RestoreKeptEdits();
+    void DiscardKeptEdits();
+    void ShowUnsaved(bool unsaved, int edits);
+    ombrevale::workbench::KeptCopy* kept_ = nullptr;
+    ombrevale::workbench::KeptOffer* keptOffer_ = nullptr;
 
     std::unique_ptr<clsSTY> oSty;
     std::optional<std::string> commandLinePath_;

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QHBoxLayout>
@@ -23,6 +24,7 @@
 #include "style/moddeclares.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
+#include "workbench/keptcopy.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/panes_events.h"
 #include "workbench/picturebox.h"
@@ -72,6 +74,15 @@ void frmSTY2::BuildToolbar() {
         button->setToolButtonStyle(Qt::ToolButtonIconOnly);
         row->addWidget(button);
     }
+    // The platform's own keys for the file commands, named in their tips.
+    for (const auto& [key, standard] : {std::pair{"open", QKeySequence::Open}, std::pair{"save", QKeySequence::Save},
+                                        std::pair{"saveas", QKeySequence::SaveAs}}) {
+        auto* a = tlbMain->findChild<QAction*>(QString::fromLatin1(key));
+        a->setShortcuts(standard);
+        a->setShortcutContext(Qt::WindowShortcut);
+        a->setToolTip(a->text() + QStringLiteral(" (") + a->shortcut().toString(QKeySequence::NativeText) +
+                      QLatin1Char(')'));
+    }
     QAction* trans = tlbMain->findChild<QAction*>(QStringLiteral("trans"));
     trans->setCheckable(true);
     trans->setChecked(true);  // DrawTransparent is set at start
@@ -99,6 +110,8 @@ void frmSTY2::BuildToolbar() {
 }
 
 void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
+    // Every button changes or writes the document, or starts a job: none runs inside a running job.
+    if (busy_) return;
     if (Key == QLatin1String("trans")) {
         const bool pressed = tlbMain->findChild<QAction*>(QStringLiteral("trans"))->isChecked();
         Sty().DrawTransparent(pressed);
@@ -150,6 +163,7 @@ void frmSTY2::ToolbarOpen() {
     // The file is read into an empty document, as at a start on it; one that
     // does not load puts back the style in memory, unsaved changes and all.
     const std::string file = path.toStdString();
+    KeepEditsNow();
     clsSTY before = std::move(Sty());
     modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
     Sty() = clsSTY();
@@ -173,6 +187,7 @@ void frmSTY2::ToolbarOpen() {
     ForgetEdits();
     RefillAfterOpen();
     if (!report.warnings.empty()) MsgBox(LoadWarningText(file, report), "Ombrevale", MsgIcon::Information);
+    OfferKeptEdits(file);
 }
 
 void frmSTY2::RefillAfterOpen() {
@@ -193,14 +208,19 @@ void frmSTY2::ToolbarSave(bool askName) {
         if (path.empty()) return;
     }
     // SaveSTY keeps the former file as .bak and tells the user of any failure.
-    if (!Sty().SaveSTY(path)) return;
+    busy_ = true;
+    const bool saved = Sty().SaveSTY(path);
+    busy_ = false;
+    if (!saved) return;
     panesStylePath_ = path;
+    kept_->Saved(path);
     ShowSaved(path);
 }
 
 QString frmSTY2::DialogFolder() const {
     const std::string style = panesStylePath_.empty() ? StylePath() : panesStylePath_;
-    return style.empty() ? QString() : QFileInfo(QString::fromStdString(style)).absolutePath();
+    // Never the private working folder, the current one, which goes at exit.
+    return style.empty() ? QDir::homePath() : QFileInfo(QString::fromStdString(style)).absolutePath();
 }
 
 void frmSTY2::ShowSaved(const std::string& path) {

@@ -29,7 +29,11 @@ class WorkbenchTest : public QObject {
     }
 
 private slots:
-    void initTestCase() { ombrevale::wbtest::WriteStyle(style_, kTiles); }
+    void initTestCase() {
+        // Kept edits go to a state folder of the test's own.
+        qputenv("XDG_STATE_HOME", QByteArray::fromStdString(dir_.File("state")));
+        ombrevale::wbtest::WriteStyle(style_, kTiles);
+    }
 
     // Without a style on the command line the registry names it; without a value, one empty row.
     // The sheet's drawing reports each tile to the progress window.

@@ -12,6 +12,8 @@ struct Shape {
     std::size_t words;
     bool pal, png, columns, transparent, nearest;
     std::vector<std::size_t> numbers = {};  // which words are numbers
+    std::size_t orWords = 0;                // another number of words the command takes
+    bool discard = false;
 };
 
 struct Command {
@@ -68,6 +70,10 @@ const std::vector<Command>& Commands() {
          "STYLE OUT.png [--columns N] [--transparent]",
          "writes every tile on one PNG sheet, N tiles a row (9 unless given)",
          {2, false, false, true, true, false}},
+        {"recover",
+         "[STYLE OUT | --discard STYLE]",
+         "lists the unsaved edits the window keeps, writes STYLE's edited document as OUT, or drops it",
+         {0, false, false, false, false, false, {}, 2, true}},
     };
     return commands;
 }
@@ -137,15 +143,25 @@ Args ParseArgs(const std::vector<std::string>& argv) {
             args.transparent = true;
         } else if (a == "--nearest" && shape.nearest && !args.nearest) {
             args.nearest = true;
+        } else if (a == "--discard" && shape.discard && !args.discard) {
+            args.discard = true;
         } else if (a.size() > 1 && a[0] == '-' && !(a[1] >= '0' && a[1] <= '9')) {
             throw UsageError("option " + a + " is not one of " + args.command + "'s, or is given twice");
         } else {
             args.words.push_back(a);
         }
     }
-    if (args.words.size() != shape.words)
-        throw UsageError(args.command + " takes " + std::to_string(shape.words) + " argument(s), not " +
-                         std::to_string(args.words.size()));
+    std::string wanted = std::to_string(shape.words);
+    bool fits = args.words.size() == shape.words;
+    if (args.discard) {
+        wanted = "1";
+        fits = args.words.size() == 1;
+    } else if (shape.orWords > 0) {
+        wanted += " or " + std::to_string(shape.orWords);
+        fits = fits || args.words.size() == shape.orWords;
+    }
+    if (!fits)
+        throw UsageError(args.command + " takes " + wanted + " argument(s), not " + std::to_string(args.words.size()));
     for (std::size_t i : shape.numbers) ParseNumber(args.words[i], "argument " + std::to_string(i + 1));
     return args;
 }

@@ -17,6 +17,7 @@ struct Args {
     bool transparent = false;
     // Colours a palette does not hold may take its nearest.
     bool nearest = false;
+    bool discard = false;
 };
 
 // --pal as the document takes it: -1 for the sprite's own palette.

@@ -36,6 +36,7 @@ int main(int argc, char** argv) {
             {"import-tile", RunImportTile},
             {"import-sprite", RunImportSprite},
             {"import-delta", RunImportDelta},
+            {"recover", RunRecover},
         };
         return run.at(args.command)(args);
     } catch (const UsageError& e) {

@@ -1,5 +1,6 @@
 // ombrevale [STYLE]: a style path on the command line is loaded instead of the editor's registry setting.
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QEvent>
 #include <QFileInfo>
@@ -8,6 +9,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -168,21 +170,29 @@ private:
 };
 
 #if defined(Q_OS_UNIX)
-// A logout, a kill or Ctrl+C ends the program as closing its window does, so
-// the working folder goes with it. The handler only writes a byte; the event
-// loop reads it and quits.
-class QuitOnSignals {
+// A logout, a kill or Ctrl+C ends the program within moments whatever it is
+// doing, a message box on screen or a job running: the edits not yet kept are
+// written first, then the helper and the working folder go. The handler only
+// writes a byte; any event loop that runs, a message box's or a job's
+// included, reads it. Should none run, the alarm ends the process all the same.
+class EndOnSignals {
 public:
-    QuitOnSignals() {
+    explicit EndOnSignals(std::function<void()> end) : end_(std::move(end)) {
         int fds[2];
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds) != 0) return;
         writeEnd_ = fds[0];
         notifier_ = std::make_unique<QSocketNotifier>(fds[1], QSocketNotifier::Read);
-        QObject::connect(notifier_.get(), &QSocketNotifier::activated, qApp, [] { QCoreApplication::quit(); });
+        QObject::connect(notifier_.get(), &QSocketNotifier::activated, qApp, [this, fd = fds[1]] {
+            char byte = 0;
+            [[maybe_unused]] const auto n = ::read(fd, &byte, 1);
+            notifier_->setEnabled(false);
+            end_();
+        });
         struct sigaction sa = {};
         sa.sa_handler = [](int) {
             const char byte = 1;
             [[maybe_unused]] const auto n = ::write(writeEnd_, &byte, 1);
+            ::alarm(kLastResortS);
         };
         sigemptyset(&sa.sa_mask);
         sa.sa_flags = SA_RESTART;
@@ -190,7 +200,9 @@ public:
     }
 
 private:
+    static constexpr unsigned kLastResortS = 2;
     static inline int writeEnd_ = -1;
+    std::function<void()> end_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 #endif
@@ -215,11 +227,20 @@ int main(int argc, char* argv[]) {
     // Named from the folder the user started in, before the working folder becomes the current one.
     if (argc > 1) style = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath().toStdString();
     const ombrevale::workbench::WorkFolder work;
+    frmSTY2* shown = nullptr;
 #if defined(Q_OS_UNIX)
-    const QuitOnSignals endOnSignals;
+    const EndOnSignals endOnSignals([&work, &shown] {
+        if (shown) shown->KeepEditsNow();
+#if defined(Q_OS_LINUX)
+        ombrevale::linkhelper::Shutdown();
+#endif
+        if (!work.Path().isEmpty()) QDir(work.Path()).removeRecursively();
+        std::_Exit(0);
+    });
 #endif
     if (!work.Problem().isEmpty()) MsgBox(work.Problem().toStdString(), "Ombrevale", MsgIcon::Exclamation);
     frmSTY2 window(style);
+    shown = &window;
     std::optional<FirstSheetPaint> timing;
     std::optional<StallWatch> stalls;
     const std::string timingMode =
@@ -233,5 +254,7 @@ int main(int argc, char* argv[]) {
     }
     const LinkAfterFirstPaint link(window.picMain);
     window.show();
-    return app.exec();
+    const int code = app.exec();
+    shown = nullptr;
+    return code;
 }
