@@ -53,26 +53,35 @@ TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
 INSTANTIATE_TEST_SUITE_P(Folders, StartupTiming,
                          ::testing::Values(Folder::Plain, Folder::LinkNamedTempBmp, Folder::TempBmpCannotBeWritten));
 
-// Ended by a signal (a logout, a kill), the program still takes its folder with it.
-TEST(Signals, TerminatedTheProgramRemovesItsFolder) {
-    ombrevale::testsupport::TempDir runtime;
+// Ended by a signal (a logout, a kill), the program ends within two seconds
+// whatever it shows, and still takes its folder with it.
+class Signals : public ::testing::TestWithParam<bool> {};
+
+TEST_P(Signals, TerminatedTheProgramEndsAndRemovesItsFolder) {
+    const bool damaged = GetParam();  // a message box on screen at start
+    ombrevale::testsupport::TempDir runtime, files;
+    const std::string style = damaged ? files.File("no.sty") : std::string(OMBREVALE_SAMPLE);
+    if (damaged) ombrevale::stylewriter::WriteFile(style, ombrevale::stylewriter::Text("XXXX not a style"));
     QProcess app;
     qputenv("XDG_RUNTIME_DIR", runtime.path().c_str());
     auto env = QProcessEnvironment::systemEnvironment();
     env.remove("OMBREVALE_STARTUP_TIMING");  // else it would end by itself
     app.setProcessEnvironment(env);
-    app.start(OMBREVALE_WINDOW, {OMBREVALE_SAMPLE});
-    const auto drawn = [&runtime] {
+    app.start(OMBREVALE_WINDOW, {QString::fromStdString(style)});
+    const auto started = [&runtime, damaged] {
         for (const auto& e : fs::recursive_directory_iterator(runtime.path()))
-            if (e.path().filename() == "temp.bmp") return true;
+            if (damaged || e.path().filename() == "temp.bmp") return true;
         return false;
     };
-    for (int i = 0; i < 1000 && !drawn(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    ASSERT_TRUE(drawn());
+    for (int i = 0; i < 1000 && !started(); ++i) std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    ASSERT_TRUE(started());
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
     app.terminate();
-    ASSERT_TRUE(app.waitForFinished(20000));
+    ASSERT_TRUE(app.waitForFinished(2000));
     EXPECT_EQ(app.exitStatus(), QProcess::NormalExit);
     EXPECT_TRUE(fs::is_empty(runtime.path()));
 }
+
+INSTANTIATE_TEST_SUITE_P(AtStart, Signals, ::testing::Values(false, true));
 
 }  // namespace
