@@ -4,7 +4,9 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QTabWidget>
+#include <QToolButton>
 #include <QUndoStack>
+#include <algorithm>
 
 #include "style/hooks.h"
 #include "style/moddeclares.h"
@@ -23,12 +25,19 @@ void frmSTY2::WireKeptEdits() {
     keptOffer_ = new KeptOffer(picCont);
     connect(keptOffer_, &KeptOffer::Restore, this, [this] { RestoreKeptEdits(); });
     connect(keptOffer_, &KeptOffer::Discard, this, [this] { DiscardKeptEdits(); });
-    // In the row of the page strip, left of the tool bar; shown only while there is something to save.
-    lblUnsaved = new QLabel(MainTab);
+    // A badge on the Save button with the count, as editors mark unsaved
+    // work: it takes no room from the laid-out row of tabs and buttons.
+    QToolButton* save = nullptr;
+    for (auto* b : tlbMain->findChildren<QToolButton*>())
+        if (b->defaultAction()->objectName() == QLatin1String("save")) save = b;
+    lblUnsaved = new QLabel(save);
     lblUnsaved->setObjectName(QStringLiteral("lblUnsaved"));
+    lblUnsaved->setAlignment(Qt::AlignCenter);
+    lblUnsaved->setStyleSheet(QStringLiteral(
+        "QLabel { background: #c8102e; color: white; border-radius: 6px; font-size: 8px; font-weight: bold; }"));
     lblUnsaved->hide();
     connect(kept_, &KeptCopy::UnsavedChanged, this, [this](bool unsaved, int edits) { ShowUnsaved(unsaved, edits); });
-    new PanesEventTap(tlbMain, QEvent::Move, [this](QEvent*) { ShowUnsaved(kept_->Unsaved(), kept_->EditCount()); });
+    new PanesEventTap(save, QEvent::Resize, [this](QEvent*) { ShowUnsaved(kept_->Unsaved(), kept_->EditCount()); });
     connect(kept_, &KeptCopy::Problem, this, [this](const QString& why) {
         MsgBox("Unsaved edits cannot be kept on disk: " + why.toStdString() +
                    ". Save your work with Save or Save As to keep it.",
@@ -46,12 +55,15 @@ void frmSTY2::closeEvent(QCloseEvent* event) {
 void frmSTY2::ShowUnsaved(bool unsaved, int edits) {
     lblUnsaved->setVisible(unsaved);
     if (!unsaved) return;
-    lblUnsaved->setText(edits == 1 ? QStringLiteral("1 unsaved edit") : QStringLiteral("%1 unsaved edits").arg(edits));
-    lblUnsaved->setToolTip(QStringLiteral("Kept on disk until saved. Save: %1")
-                               .arg(QKeySequence(QKeySequence::Save).toString(QKeySequence::NativeText)));
-    lblUnsaved->adjustSize();
-    lblUnsaved->move(tlbMain->x() - lblUnsaved->width() - 6,
-                     tlbMain->y() + (tlbMain->height() - lblUnsaved->height()) / 2);
+    lblUnsaved->setText(edits > 99 ? QStringLiteral("99+") : QString::number(edits));
+    lblUnsaved->setToolTip(
+        (edits == 1 ? QStringLiteral("1 unsaved edit") : QStringLiteral("%1 unsaved edits").arg(edits)) +
+        QStringLiteral(", kept on disk until saved (%1)")
+            .arg(QKeySequence(QKeySequence::Save).toString(QKeySequence::NativeText)));
+    const int side = 12;
+    lblUnsaved->resize(std::max(side, lblUnsaved->fontMetrics().horizontalAdvance(lblUnsaved->text()) + 6), side);
+    const QWidget* save = lblUnsaved->parentWidget();
+    lblUnsaved->move(save->width() - lblUnsaved->width(), 0);
     lblUnsaved->raise();
 }
 
