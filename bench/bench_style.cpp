@@ -1,7 +1,8 @@
 // Load and save of the bundled sample style (about 5 MB, full-size sections),
 // each beside its floor: the least any loader or saver has to do with the
-// same bytes. And a picture imported into one of its tiles and its largest
-// sprite, every pixel a colour the palette lacks.
+// same bytes. A picture imported into one of its tiles and its largest
+// sprite, every pixel a colour the palette lacks. And the memory one undo
+// step of a tile or a delta edit holds.
 
 #include <benchmark/benchmark.h>
 
@@ -13,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "pixels/editparts.h"
 #include "pixels/pictureimport.h"
 #include "style/clssty.h"
 #include "style/moddeclares.h"
@@ -166,6 +168,42 @@ void BM_ImportTileNearest(benchmark::State& state) { Import(state, false); }
 void BM_ImportSpriteNearest(benchmark::State& state) { Import(state, true); }
 BENCHMARK(BM_ImportTileNearest)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ImportSpriteNearest)->Unit(benchmark::kMillisecond);
+
+// A step as the window records it: the part before, the edit, the part after, both cut to what changed.
+// Each round changes the target again, so that no round records a step of nothing.
+void StepBytes(benchmark::State& state, ombrevale::editparts::Kind kind) {
+    namespace parts = ombrevale::editparts;
+    clsSTY doc;
+    if (!doc.LoadSTY(kSample)) return state.SkipWithError("the sample does not load");
+    const std::int16_t sprite = modDeclares::STYDeltaIndex.at(0).sprite;
+    const std::int32_t target = kind == parts::Kind::Tile ? 5 : sprite;
+    std::size_t bytes = 0, whole = 0;
+    std::uint8_t round = 0;
+    for (auto _ : state) {
+        parts::Part before = parts::Take(doc, kind, target);
+        ++round;
+        bool made = false;
+        if (kind == parts::Kind::Tile) {
+            made = doc.SetBitsTile(target, ByteString(4096, round));
+        } else {
+            ByteString bits = doc.GetBits(sprite);
+            bits[bits.size() / 2 + round % 2] ^= 1;
+            made = doc.SetDeltaBits(0, sprite, bits);
+        }
+        if (!made) return state.SkipWithError("the edit was refused");
+        parts::Part after = parts::Take(doc, kind, target);
+        whole = parts::StepBytes(before, after);
+        parts::Narrow(before, after);
+        bytes = parts::StepBytes(before, after);
+        benchmark::DoNotOptimize(bytes);
+    }
+    // In the label, not in counters: the CSV's header is written before this benchmark runs.
+    state.SetLabel("step " + std::to_string(bytes) + " uncut " + std::to_string(whole));
+}
+void BM_UndoStepTile(benchmark::State& state) { StepBytes(state, ombrevale::editparts::Kind::Tile); }
+void BM_UndoStepDelta(benchmark::State& state) { StepBytes(state, ombrevale::editparts::Kind::Deltas); }
+BENCHMARK(BM_UndoStepTile)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_UndoStepDelta)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

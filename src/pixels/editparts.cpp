@@ -1,6 +1,7 @@
 #include "pixels/editparts.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace ombrevale::editparts {
 namespace {
@@ -11,10 +12,40 @@ bool HasTile(const clsSTY& doc, std::int32_t t) {
     return t >= 0 && static_cast<std::size_t>(t) < doc.STYTileStore.size();
 }
 
+void PutDeltas(const Part& part) {
+    auto& store = modDeclares::STYDeltaStore;
+    if (!part.splice) {
+        store = part.bytes;
+    } else {
+        const auto [at, replaces] = *part.splice;
+        // A store of another shape than the step was made on is left alone.
+        if (at > store.size() || replaces > store.size() - at) return;
+        const auto from = store.begin() + static_cast<std::ptrdiff_t>(at);
+        if (replaces == part.bytes.size()) {
+            std::copy(part.bytes.begin(), part.bytes.end(), from);
+        } else {
+            store.insert(store.erase(from, from + static_cast<std::ptrdiff_t>(replaces)), part.bytes.begin(),
+                         part.bytes.end());
+        }
+    }
+    modDeclares::STYDeltaIndex = part.deltaIndex;
+}
+
+std::size_t PartBytes(const Part& part) {
+    // A tile's block may be shared with the store; it is counted all the same,
+    // as the step alone may keep it alive.
+    std::size_t n = sizeof(Part) + part.bytes.capacity() + (part.tile ? Tile::size() : 0) +
+                    part.deltaIndex.capacity() * sizeof(modDeclares::DeltaEntry);
+    for (const auto& entry : part.deltaIndex) n += entry.deltaSizes.capacity() * sizeof(std::int16_t);
+    return n;
+}
+
 }  // namespace
 
 Part Take(const clsSTY& doc, Kind kind, std::int32_t number) {
-    Part part{kind, number, std::nullopt, {}, {}};
+    Part part;
+    part.kind = kind;
+    part.number = number;
     switch (kind) {
         case Kind::Tile:
             if (HasTile(doc, number)) part.tile = doc.STYTileStore[static_cast<std::size_t>(number)];
@@ -51,8 +82,7 @@ void Put(clsSTY& doc, const Part& part) {
                 doc.SetBits(static_cast<std::int16_t>(part.number), part.bytes);
             break;
         case Kind::Deltas:
-            modDeclares::STYDeltaStore = part.bytes;
-            modDeclares::STYDeltaIndex = part.deltaIndex;
+            PutDeltas(part);
             break;
         case Kind::Palette:
             if (HasPalette(part.number) && part.bytes.size() == modDeclares::Palette().size())
@@ -64,5 +94,25 @@ void Put(clsSTY& doc, const Part& part) {
             break;
     }
 }
+
+void Narrow(Part& before, Part& after) {
+    if (before.kind != Kind::Deltas || after.kind != Kind::Deltas || before.splice || after.splice) return;
+    const ByteString& a = before.bytes;
+    const ByteString& b = after.bytes;
+    const auto head = static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
+    // The common tail may not reach back into the common head.
+    const std::size_t room = std::min(a.size(), b.size()) - head;
+    const auto tail = static_cast<std::size_t>(
+        std::mismatch(a.rbegin(), a.rbegin() + static_cast<std::ptrdiff_t>(room), b.rbegin()).first - a.rbegin());
+    // Fresh strings, so that no capacity of the whole store stays behind.
+    ByteString a2(a.begin() + static_cast<std::ptrdiff_t>(head), a.end() - static_cast<std::ptrdiff_t>(tail));
+    ByteString b2(b.begin() + static_cast<std::ptrdiff_t>(head), b.end() - static_cast<std::ptrdiff_t>(tail));
+    before.splice = Part::Splice{head, b2.size()};
+    after.splice = Part::Splice{head, a2.size()};
+    before.bytes = std::move(a2);
+    after.bytes = std::move(b2);
+}
+
+std::size_t StepBytes(const Part& before, const Part& after) { return PartBytes(before) + PartBytes(after); }
 
 }  // namespace ombrevale::editparts

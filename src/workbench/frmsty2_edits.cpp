@@ -14,6 +14,7 @@
 #include "pixels/pictureimport.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "workbench/edithistory.h"
 #include "workbench/frmsty2.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
@@ -28,15 +29,22 @@ namespace {
 constexpr int kCell = 64;
 
 // One step of the history: the part of the stores it changed, before and after.
-class StyleEdit : public QUndoCommand {
+class StyleEdit : public ombrevale::workbench::EditStep {
 public:
     StyleEdit(frmSTY2* window, const QString& text, Part before, Part after)
-        : QUndoCommand(text), window_(window), before_(std::move(before)), after_(std::move(after)) {}
+        : EditStep(text), window_(window), before_(std::move(before)), after_(std::move(after)) {
+        // Else a delta step would hold the whole delta store twice.
+        ombrevale::editparts::Narrow(before_, after_);
+    }
     void undo() override { Show(before_); }
     void redo() override {
         // The edit itself has already been made when the step is recorded.
         if (std::exchange(first_, false)) return;
         Show(after_);
+    }
+    std::size_t Bytes() const override { return sizeof(*this) + ombrevale::editparts::StepBytes(before_, after_); }
+    std::unique_ptr<EditStep> Moved() override {
+        return std::make_unique<StyleEdit>(window_, text(), std::move(before_), std::move(after_));
     }
 
 private:
@@ -107,7 +115,9 @@ bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, co
     Part after = ombrevale::editparts::Take(Sty(), kind, number);
     ShowEdited(kind, number);
     // A step that changed nothing would only make the user press Undo twice.
-    if (after != before) undoStack->push(new StyleEdit(this, text, std::move(before), std::move(after)));
+    if (after != before)
+        ombrevale::workbench::EditHistory::Of(undoStack).Push(
+            std::make_unique<StyleEdit>(this, text, std::move(before), std::move(after)));
     return true;
 }
 

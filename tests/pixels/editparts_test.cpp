@@ -1,5 +1,6 @@
 // Undo's parts: what an edit changed, put back, leaves every store as it was
-// before the edit, and put forward again, as it was after.
+// before the edit, and put forward again, as it was after. A step of the
+// deltas holds the span that changed, not the store.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -24,6 +25,16 @@ struct Edit {
 
 ByteString Filled(std::size_t n, std::uint8_t v) { return ByteString(n, v); }
 
+// Delta 0 of the first sprite with deltas made anew from the sprite with `pixels` from its middle changed:
+// one pixel gives a shorter delta than the sample's, many a longer one.
+void RemakeDelta(clsSTY& d, std::size_t pixels) {
+    const std::int16_t sprite = modDeclares::STYDeltaIndex.at(0).sprite;
+    ByteString bits = d.GetBits(sprite);
+    ASSERT_LE(pixels, bits.size() / 2);
+    for (std::size_t i = bits.size() / 2; i < bits.size() / 2 + pixels; ++i) bits[i] ^= 1;
+    ASSERT_TRUE(d.SetDeltaBits(0, sprite, bits));
+}
+
 class PutBack : public ::testing::TestWithParam<Edit> {};
 
 TEST_P(PutBack, BeforeAndAfterByteForByte) {
@@ -32,11 +43,16 @@ TEST_P(PutBack, BeforeAndAfterByteForByte) {
     clsSTY doc;
     ASSERT_TRUE(doc.LoadSTY(OMBREVALE_SAMPLE));
     const auto original = TakeSnapshot(doc);
-    const auto before = ombrevale::editparts::Take(doc, e.kind, e.number);
+    auto before = ombrevale::editparts::Take(doc, e.kind, e.number);
     e.change(doc);
     const auto changed = TakeSnapshot(doc);
     ASSERT_NE(changed, original) << "the edit changes nothing";
-    const auto after = ombrevale::editparts::Take(doc, e.kind, e.number);
+    auto after = ombrevale::editparts::Take(doc, e.kind, e.number);
+    const std::size_t storeBytes = modDeclares::STYDeltaStore.size();
+    ombrevale::editparts::Narrow(before, after);
+    if (e.kind == Kind::Deltas) {
+        EXPECT_LT(ombrevale::editparts::StepBytes(before, after), storeBytes / 4);
+    }
     ombrevale::editparts::Put(doc, before);
     EXPECT_EQ(TakeSnapshot(doc), original);
     ombrevale::editparts::Put(doc, after);
@@ -49,16 +65,44 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(Edit{"tile", Kind::Tile, 7, [](clsSTY& d) { d.SetBitsTile(7, Filled(4096, 3)); }},
                       // The sprite's block holds its padding, which a write through SetBits may change too.
                       Edit{"sprite", Kind::Sprite, 2, [](clsSTY& d) { d.SetBits(2, Filled(d.GetBits(2).size(), 9)); }},
-                      Edit{"deltas", Kind::Deltas, 0,
-                           [](clsSTY& d) {
-                               ByteString bits = d.GetBits(modDeclares::STYDeltaIndex.at(0).sprite);
-                               bits.back() ^= 1;
-                               ASSERT_TRUE(d.SetDeltaBits(0, modDeclares::STYDeltaIndex.at(0).sprite, bits));
-                           }},
+                      Edit{"deltaShorter", Kind::Deltas, 0, [](clsSTY& d) { RemakeDelta(d, 1); }},
+                      Edit{"deltaLonger", Kind::Deltas, 0, [](clsSTY& d) { RemakeDelta(d, 300); }},
                       Edit{"palette", Kind::Palette, 1, [](clsSTY&) { modDeclares::STYPalData.at(1)[40] ^= 0xFF; }},
                       Edit{"recycling", Kind::Recycling, 0,
                            [](clsSTY&) { modDeclares::STYRecycle.insert(modDeclares::STYRecycle.begin(), 7); }}),
     [](const auto& row) { return std::string(row.param.name); });
+
+// Narrowed sides that share bytes at both ends, where the shared head and tail could overlap.
+TEST(Narrow, EachSidePutBackFromTheOther) {
+    using ombrevale::editparts::Part;
+    const auto deltas = [](ByteString bytes) {
+        Part p;
+        p.kind = Kind::Deltas;
+        p.bytes = std::move(bytes);
+        return p;
+    };
+    const std::vector<std::pair<ByteString, ByteString>> rows = {
+        {{1, 2, 2, 3}, {1, 2, 3}}, {{1, 2, 3}, {1, 2, 2, 3}}, {{}, {4, 5}}, {{7, 8, 9}, {7, 0, 9}}, {{5, 5}, {5, 5}}};
+    clsSTY doc;
+    auto& store = modDeclares::STYDeltaStore;
+    for (const auto& [a, b] : rows) {
+        Part before = deltas(a), after = deltas(b);
+        ombrevale::editparts::Narrow(before, after);
+        store = b;
+        ombrevale::editparts::Put(doc, before);
+        EXPECT_EQ(store, a);
+        ombrevale::editparts::Put(doc, after);
+        EXPECT_EQ(store, b);
+    }
+    // A store of another shape, as after a load, is left alone, and so is its index.
+    Part before = deltas({1, 2, 3}), after = deltas({1, 2, 4});
+    ombrevale::editparts::Narrow(before, after);
+    store = {9};
+    modDeclares::STYDeltaIndex = {modDeclares::DeltaEntry{3, 0, 0, {}}};
+    ombrevale::editparts::Put(doc, before);
+    EXPECT_EQ(store, ByteString{9});
+    EXPECT_EQ(modDeclares::STYDeltaIndex.size(), 1u);
+}
 
 }  // namespace
 #endif

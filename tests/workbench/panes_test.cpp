@@ -12,6 +12,7 @@
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
+#include "workbench/edithistory.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keycodes.h"
 #include "workbench/panes_dialogs.h"
@@ -678,6 +679,51 @@ private slots:
         QVERIFY(Now() == after && hooks.messages().empty());
         W().cmdGen_Click();
         QVERIFY(!Button("undo")->isEnabled() && !Button("redo")->isEnabled());
+    }
+
+    // Past its budget the history drops its oldest steps; the steps kept, a delta among them, still
+    // undo and redo exactly, the saved state keeps its place, and a listener can pass over the rebuild.
+    void historyBudget() {
+        using ombrevale::editparts::Kind;
+        using ombrevale::workbench::EditHistory;
+        const auto tile = [this](int t) {
+            W().RecordEdit(Kind::Tile, t, "tile", [&] { return W().Sty().SetBitsTile(t, ByteString(4096, 9)); });
+        };
+        const auto delta = [this] {
+            ByteString bits = W().Sty().GetBits(0);
+            std::fill_n(bits.begin() + std::ptrdiff_t(bits.size() / 2), 40, 7);  // a delta of another length
+            W().RecordEdit(Kind::Deltas, 0, "delta", [&] { return W().Sty().SetDeltaBits(0, 0, bits); });
+        };
+        std::vector<State> states{Now()};
+        // The two oldest steps weighed without a budget give one that holds the newest two, not all three.
+        auto* unbounded = new EditHistory(W().undoStack, SIZE_MAX);
+        tile(kTile);
+        const std::size_t tileBytes = unbounded->HeldBytes();
+        states.push_back(Now());
+        delta();
+        const std::size_t deltaBytes = unbounded->HeldBytes() - tileBytes;
+        states.push_back(Now());
+        delete unbounded;
+        const auto* history = new EditHistory(W().undoStack, deltaBytes + tileBytes * 3 / 2);
+        QList<bool> heard;
+        const QObject listener;  // goes with the test, before the window's stack
+        connect(W().undoStack, &QUndoStack::cleanChanged, &listener, [&](bool clean) {
+            if (!history->Trimming()) heard << clean;
+        });
+        W().undoStack->setClean();  // saved after the delta
+        tile(kTile + 1);
+        states.push_back(Now());
+        QCOMPARE(W().undoStack->count(), 2);
+        QCOMPARE(W().undoStack->cleanIndex(), 1);
+        for (int i = 2; i >= 1; --i) {
+            W().undoStack->undo();
+            QVERIFY(Now() == states[std::size_t(i)]);
+        }
+        QVERIFY(!W().undoStack->canUndo());
+        QCOMPARE(heard, (QList<bool>{true, false, true, false}));
+        W().undoStack->redo();
+        W().undoStack->redo();
+        QVERIFY(Now() == states.back());
     }
 };
 
