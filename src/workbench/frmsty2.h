@@ -199,6 +199,11 @@ private:
     ombrevale::workbench::SurfaceOverlay* surfaceOverlay_ = nullptr;
     ombrevale::workbench::SurfaceLegend* surfaceLegend_ = nullptr;
     bool surfacesShown_ = false;
+    // A fault of the file is told once a load, not at every render: the causes
+    // told (messages with their numbers taken out), until the next load.
+    std::vector<std::string> causesTold_;
+    // True, and the cause kept, when text's cause has not been told since the load.
+    bool FirstTelling(const std::string& text);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

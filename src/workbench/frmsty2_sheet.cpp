@@ -2,7 +2,10 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QScrollBar>
+#include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <optional>
 
 #include "editorlink/modcontrolwin.h"
 #include "style/hooks.h"
@@ -14,7 +17,31 @@
 namespace {
 constexpr int kCell = 64;
 constexpr int kLastSelectable = 991;
+
+// What a message is about, whichever tile it names: its text with the numbers taken out.
+std::string Cause(const std::string& text) {
+    std::string cause;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(cause), [](char c) { return c < '0' || c > '9'; });
+    return cause;
+}
+
+// A message given during a render; those of tiles that cannot be drawn are
+// counted by cause, the first one's text kept.
+struct Gathered {
+    std::string text, title, cause;
+    MsgIcon icon;
+    bool ofTile;
+    int times;
+};
+
 }  // namespace
+
+bool frmSTY2::FirstTelling(const std::string& text) {
+    std::string cause = Cause(text);
+    if (std::find(causesTold_.begin(), causesTold_.end(), cause) != causesTold_.end()) return false;
+    causesTold_.push_back(std::move(cause));
+    return true;
+}
 
 int frmSTY2::Cols() const { return picMain->Width() / kCell; }
 
@@ -44,13 +71,31 @@ void frmSTY2::RenderSheet() {
     boxCell_.reset();  // the wipe takes the box with it
     picMain->hide();
     int column = 0, row = 0, tilesDrawn = 0;
+    // One style may lack the palettes of thousands of tiles: a box a tile would
+    // never end, so the messages wait for the end of the render, one a cause.
+    std::vector<Gathered> gathered;
+    bool inTile = false;
+    DocumentHooks gathering = InstalledDocumentHooks();
+    gathering.msgBox = [&](const std::string& text, const std::string& title, MsgIcon icon) {
+        const std::string cause = Cause(text);
+        const auto same = std::find_if(gathered.begin(), gathered.end(), [&](const Gathered& g) {
+            return inTile && g.ofTile && g.title == title && g.cause == cause;
+        });
+        if (same != gathered.end())
+            ++same->times;
+        else
+            gathered.push_back({text, title, cause, icon, inTile, 1});
+    };
+    std::optional<ScopedDocumentHooks> scoped(std::in_place, std::move(gathering));
     for (int t = 0; t < n; ++t) {
         ProgressStep(t, "Rendering...");
         // A load run from the event loop may have shrunk the store meanwhile.
         if (t >= sty.GetNumOfTiles()) break;
         QElapsedTimer tile;
         tile.start();
+        inTile = true;
         const bool drawn = cols > 0 && sty.RenderTile(t, *picTTmp);
+        inTile = false;
         road += tile.nsecsElapsed();
         if (drawn) {
             picMain->BitBlt(column * kCell, row * kCell, kCell, kCell, *picTTmp, 0, 0);
@@ -61,6 +106,7 @@ void frmSTY2::RenderSheet() {
             ++row;
         }
     }
+    scoped.reset();
     ++row;
     picMain->resize(picMain->width(), row * kCell);
     SetScrollMax(picMain->Height() - picCont->height());
@@ -71,6 +117,14 @@ void frmSTY2::RenderSheet() {
     lastRenderNs_ = whole.nsecsElapsed();
     lastTileRoadNs_ = road;
     lastTilesDrawn_ = tilesDrawn;
+    for (const Gathered& g : gathered) {
+        if (g.ofTile && !FirstTelling(g.text)) continue;
+        std::string text = g.text;
+        if (g.times > 1)
+            text += " " + std::to_string(g.times - 1) + (g.times == 2 ? " more tile has" : " more tiles have") +
+                    " the same problem. The cells of these " + std::to_string(g.times) + " tiles are left blank.";
+        MsgBox(text, g.title, g.icon);
+    }
     busy_ = false;
     // A reload may bring other lists and another number of tiles.
     if (surfacesShown_) ShowSurfaces(true);

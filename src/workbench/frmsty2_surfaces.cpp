@@ -30,7 +30,8 @@ void frmSTY2::ShowSurfaces(bool on) {
     surfaceOverlay_->SetTypes(map.type, Cols(), kCell);
     surfaceOverlay_->raise();
     surfaceLegend_->raise();
-    if (!map.problem.empty()) MsgBox(map.problem, "Ombrevale", MsgIcon::Exclamation);
+    // Every render shows the tint again; the damage is the file's, told once a load.
+    if (!map.problem.empty() && FirstTelling(map.problem)) MsgBox(map.problem, "Ombrevale", MsgIcon::Exclamation);
 }
 
 QString frmSTY2::CellTip(int x, int y) {

@@ -541,9 +541,14 @@ private slots:
             QStringLiteral("Tile %1\nPalette: %2\nSurface: road").arg(road).arg(STYPalIndex.at(std::size_t(road))));
         Ctrl(W().picMain, Qt::Key_T);
         QCOMPARE(W().picMain->grab().toImage().pixel(at) | 0xFF000000u, drawn | 0xFF000000u);
-        // Shown again, the list is read again: a damaged one gives one message.
+        // Shown again, the list is read again: a damaged one gives one message, not one a render.
         W().Sty().STYSurfaceSpec = {5, 0, 0, 0, 7};
-        QCOMPARE(Says([&] { Ctrl(W().picMain, Qt::Key_T); }), 1);
+        QCOMPARE(Says([&] {
+                     Ctrl(W().picMain, Qt::Key_T);
+                     W().RenderSheet();
+                     W().RenderSheet();
+                 }),
+                 1);
     }
 
     void goToTile_data() {

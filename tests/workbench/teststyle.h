@@ -13,8 +13,9 @@ using namespace ombrevale::stylewriter;
 inline constexpr int kPalettes = 64;
 
 // The style with tileCount tiles, each in colours and a palette of its own, 3 cars, 2 peds,
-// 1 map object and the recycling bytes 7, 123, 255.
-inline void WriteStyle(const std::string& path, int tileCount) {
+// 1 map object and the recycling bytes 7, 123, 255. A palxCount below tileCount leaves the
+// tiles from palxCount on without a palette.
+inline void WriteStyle(const std::string& path, int tileCount, int palxCount = -1) {
     std::vector<TilePixels> tiles(static_cast<std::size_t>(tileCount));
     for (std::size_t t = 0; t < tiles.size(); ++t)
         for (std::size_t i = 0; i < 4096; ++i) tiles[t][i] = std::uint8_t(1 + (t * 7 + i / 8 % 8 + i / 1024) % 200);
@@ -22,7 +23,7 @@ inline void WriteStyle(const std::string& path, int tileCount) {
     for (std::size_t p = 0; p < pals.size(); ++p)
         for (std::size_t i = 0; i < 1024; ++i) pals[p][i] = std::uint8_t(p * 3 + i);
     Bytes palx;
-    for (int t = 0; t < tileCount; ++t) palx = Cat({palx, LE16(t * 3 % kPalettes)});
+    for (int t = 0; t < (palxCount < 0 ? tileCount : palxCount); ++t) palx = Cat({palx, LE16(t * 3 % kPalettes)});
     WriteFile(path, StyleBytes()
                         .Add("TILE", TilePayload(tiles))
                         .Add("PPAL", PalettePayload(pals))

@@ -55,6 +55,28 @@ private slots:
         }
     }
 
+    // A palette table that misses tiles: one message for all of them, whose cells stay blank,
+    // and none again at the next render of the same load.
+    void tilesWithoutPalette() {
+        const int covered = kTiles - 20;
+        const std::string path = dir_.File("shortpalx.sty");
+        ombrevale::wbtest::WriteStyle(path, kTiles, covered);
+        ombrevale::testsupport::HookRecorder hooks;
+        frmSTY2 w(path);
+        QCOMPARE(hooks.messages().size(), 1u);
+        const QString said = QString::fromStdString(hooks.messages()[0]);
+        QVERIFY2(said.contains(QStringLiteral("Tile %1 has no palette").arg(covered)) &&
+                     said.contains(QStringLiteral(" %1 more tiles ").arg(kTiles - covered - 1)),
+                 qPrintable(said));
+        QImage blank(64, 64, Sheet(w).format());
+        blank.fill(w.picMain->BackColor());
+        const auto cell = [&](int t) { return Sheet(w).copy(t % w.Cols() * 64, t / w.Cols() * 64, 64, 64); };
+        QVERIFY(cell(covered - 1) != blank);
+        for (int t : {covered, kTiles - 1}) QCOMPARE(cell(t), blank);
+        w.RenderSheet();
+        QCOMPARE(hooks.messages().size(), 1u);
+    }
+
     // The lists' captions, and which tile lands in which cell.
     void listsAndSheet() {
         auto w = Open();
