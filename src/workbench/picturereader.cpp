@@ -3,6 +3,8 @@
 #include <QFile>
 #include <QImage>
 #include <QImageReader>
+#include <filesystem>
+#include <string>
 
 namespace ombrevale::workbench {
 namespace {
@@ -36,9 +38,36 @@ void FromImage(const QImage& image, picturefile::Picture& out) {
         }
 }
 
+// What a path that names no file is, in a user's words; empty for a file or for nothing there.
+std::string NotAFile(const std::string& path) {
+    namespace fs = std::filesystem;
+    std::error_code ec;
+    switch (fs::status(path, ec).type()) {
+        case fs::file_type::regular:
+        case fs::file_type::not_found:
+        case fs::file_type::none:
+            return {};
+        case fs::file_type::directory:
+            return "a folder";
+        case fs::file_type::fifo:
+            return "a pipe";
+        case fs::file_type::socket:
+            return "a socket";
+        case fs::file_type::block:
+        case fs::file_type::character:
+            return "a device";
+        default:
+            return "no plain file";
+    }
+}
+
 }  // namespace
 
 ombrevale::Outcome ReadPicture(const std::string& path, picturefile::Picture& out) {
+    // Opening a pipe waits for a writer, and a device may never end: only a file is opened.
+    if (const std::string kind = NotAFile(path); !kind.empty())
+        return ombrevale::Problem{ombrevale::Problem::Kind::Unreadable,
+                                  "is " + kind + ", not a picture file; it was not opened"};
     QFile file(QString::fromStdString(path));
     if (file.open(QIODevice::ReadOnly) && file.peek(2) == "BM") return picturefile::ReadBMPFile(path, out);
     if (!file.exists() || !file.isOpen()) return picturefile::ReadBMPFile(path, out);  // words the reason

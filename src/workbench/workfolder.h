@@ -1,9 +1,11 @@
 #pragma once
 // The window's pictures pass through "temp.bmp" in the current folder. That
 // folder is a private one of the program's own (mode 0700, under
-// $XDG_RUNTIME_DIR or else the system's temporary folder), made at start and
-// removed at exit: the file never lands in the folder the program was started
-// in, which may be read-only or shared, where a link could stand in its place.
+// $XDG_RUNTIME_DIR or, when none can be made there, the system's temporary
+// folder), made at start and removed at exit: the file never lands in the
+// folder the program was started in, which may be read-only or shared, where a
+// link could stand in its place. The folders of earlier runs that ended
+// without removing theirs are removed at start.
 
 #include <QString>
 #include <QTemporaryDir>

@@ -5,6 +5,10 @@
 #include <QFile>
 #include <QImage>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
+
 #include "cliprocess.h"
 
 namespace {
@@ -62,5 +66,24 @@ INSTANTIATE_TEST_SUITE_P(
                    2,
                    "--nearest"}),
     [](const auto& row) { return std::string(row.param.name); });
+
+#ifndef _WIN32
+// A pipe is refused before it is opened: the open would wait for a writer that never comes.
+TEST(CliImportFrom, APipeIsRefusedUnopened) {
+    ombrevale::testsupport::TempDir dir;
+    const std::string pipe = dir.File("pic.png"), out = dir.File("OUT.sty");
+    ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+    QProcess cli;
+    cli.start(OMBREVALE_CLI, {"import-tile", QString::fromStdString(kSample), "7", QString::fromStdString(pipe),
+                              QString::fromStdString(out)});
+    const bool ended = cli.waitForFinished(20000);
+    if (!ended) cli.kill();
+    ASSERT_TRUE(ended) << "the import still waits on the pipe";
+    EXPECT_EQ(cli.exitCode(), 1);
+    const std::string err = cli.readAllStandardError().toStdString();
+    EXPECT_NE(err.find("is a pipe"), std::string::npos) << err;
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(out)));
+}
+#endif
 
 }  // namespace
