@@ -16,6 +16,7 @@
 #include "style/moddeclares.h"
 #include "workbench/edithistory.h"
 #include "workbench/frmsty2.h"
+#include "workbench/keptcopy.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/picturereader.h"
@@ -100,6 +101,8 @@ void frmSTY2::SheetMenu(const QPoint& at) {
 bool frmSTY2::EditKey(const QKeyEvent* key) {
     // A text box keeps Ctrl+Z for its own text.
     if (qobject_cast<QLineEdit*>(QApplication::focusWidget())) return false;
+    // Undo in the middle of a load would put an old part into half-made stores.
+    if (busy_) return false;
     const auto mods = key->modifiers();
     const bool undo = mods == Qt::ControlModifier && key->key() == Qt::Key_Z;
     const bool redo = (mods == (Qt::ControlModifier | Qt::ShiftModifier) && key->key() == Qt::Key_Z) ||
@@ -110,6 +113,7 @@ bool frmSTY2::EditKey(const QKeyEvent* key) {
 }
 
 bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, const std::function<bool()>& change) {
+    if (busy_) return false;
     Part before = ombrevale::editparts::Take(Sty(), kind, number);
     if (!change()) return false;
     Part after = ombrevale::editparts::Take(Sty(), kind, number);
@@ -121,7 +125,7 @@ bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, co
     return true;
 }
 
-void frmSTY2::ForgetEdits() { undoStack->clear(); }
+void frmSTY2::ForgetEdits() { kept_->Loaded(panesStylePath_); }
 
 void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
     // The panes show the stores as they are now, and what the user has chosen stays chosen.

@@ -9,11 +9,14 @@
 
 #include "style/moddeclares.h"
 #include "style/surfaces.h"
+#include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
 #include "workbench/edithistory.h"
 #include "workbench/frmsty2.h"
+#include "workbench/keptcopy.h"
+#include "workbench/keptoffer.h"
 #include "workbench/keycodes.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
@@ -169,6 +172,7 @@ class PanesTest : public QObject {
 private slots:
     // The files the dialogs answer with, and the answers in place of the dialogs.
     void initTestCase() {
+        qputenv("XDG_STATE_HOME", QByteArray::fromStdString(dir_.File("state")));
         QImage tile(64, 64, QImage::Format_RGB32);  // in colours no palette holds all of
         for (int y = 0; y < 64; ++y)
             for (int x = 0; x < 64; ++x) tile.setPixel(x, y, qRgb(x * 4, y * 4, 77));
@@ -463,7 +467,7 @@ private slots:
                                        [](const std::string& c) { return c == "end" || c.rfind("start", 0) == 0; });
         QVERIFY(last == calls.rend() || *last == "end");
         QVERIFY(Now() == before && !Button("undo")->isEnabled());
-        QVERIFY(W().CurrentStylePath().empty());
+        QCOMPARE(W().CurrentStylePath(), std::string(OMBREVALE_SAMPLE));
     }
 
     // The selected sprite in the shown remap, as the document saves it; a PNG holds the same picture.
@@ -483,14 +487,53 @@ private slots:
         QCOMPARE(Rgb(QImage(F(name.toStdString()))), Rgb(QImage(F("want.bmp"))));
     }
 
+    // An edit is on disk a moment later, as a save would write the style, and
+    // goes when the style is back at its saved state; a Refresh leaves it to
+    // be offered, Restore brings it back unsaved, Ctrl+S saves it.
+    void keptEdits() {
+        const std::string path = dir_.File("kept.sty");
+        std::filesystem::copy_file(OMBREVALE_SAMPLE, path, std::filesystem::copy_options::overwrite_existing);
+        w_ = std::make_unique<frmSTY2>(path);
+        const auto& store = W().Kept()->store();
+        const auto kept = [&] {
+            W().KeepEditsNow();
+            std::vector<std::uint8_t> bytes;
+            return store.ReadDocument(path, bytes) ? std::vector<std::uint8_t>() : bytes;
+        };
+        Make(Edit::Tile);
+        const auto edited = W().Sty().SavedBytes();
+        QTRY_VERIFY_WITH_TIMEOUT(store.Find(path).has_value(), 1000);
+        QVERIFY(kept() == edited);
+        QVERIFY(W().lblUnsaved->isVisibleTo(&W()) && W().lblUnsaved->toolTip().startsWith("1 unsaved edit,"));
+        W().undoStack->undo();
+        QVERIFY(kept().empty() && !W().lblUnsaved->isVisibleTo(&W()));
+        W().undoStack->redo();
+        QVERIFY(kept() == edited);
+        W().cmdGen_Click();
+        QVERIFY(kept() == edited && !W().undoStack->canUndo());
+        QVERIFY(W().KeptEditsOffer()->isVisibleTo(&W()));
+        QVERIFY2(W().KeptEditsOffer()->Text().startsWith("Unsaved edits of kept.sty from ") &&
+                     W().KeptEditsOffer()->Text().endsWith("(1 edit: Import into tile 5)"),
+                 qPrintable(W().KeptEditsOffer()->Text()));
+        W().KeptEditsOffer()->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() == edited && !W().KeptEditsOffer()->isVisibleTo(&W()));
+        QVERIFY(W().lblUnsaved->isVisibleTo(&W()) && kept() == edited);
+        W().show();
+        W().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&W()));
+        QTest::keyClick(&W(), Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(kept().empty() && !W().lblUnsaved->isVisibleTo(&W()));
+        QVERIFY(ombrevale::stylewriter::ReadFile(path) == edited);
+    }
+
     // Events that arrive through a progress step while Refresh loads the style
     // or draws the sheet: none may crash or draw outside its picture, and once
     // the Refresh ends the stores and the sheet are what a quiet Refresh gives.
     void eventsDuringRefresh_data() {
         QTest::addColumn<QString>("phase");
         QTest::addColumn<QString>("what");
-        for (const char* what : {"refresh", "click", "key", "sprite", "palette", "text"})
-            for (const char* phase : {"Loading Section", "Rendering"})
+        for (const char* what : {"refresh", "click", "key", "sprite", "palette", "text", "redo", "saveas", "open"})
+            for (const char* phase : {"Loading Section PPAL", "Rendering"})
                 QTest::addRow("%s/%s", phase, what) << phase << what;
     }
     void eventsDuringRefresh() {
@@ -500,6 +543,12 @@ private slots:
         W().cmdGen_Click();
         const QImage cleanSheet = W().picMain->image();
         const auto cleanStores = ombrevale::testsupport::TakeSnapshot(W().Sty());
+        if (what == "redo") {
+            Make(Edit::Tile);
+            W().undoStack->undo();
+            folders_.clear();
+        }
+        answers_ = {F("during.sty")};
         int inner = 0;
         DocumentHooks h;
         h.progressStep = [&](double, const std::string& caption) {
@@ -512,12 +561,16 @@ private slots:
             if (what == "palette") W().lstPalettes->setCurrentRow(3);
             if (what == "text") W().txtText->setText(QStringLiteral("HELLO 123"));
             if (what == "text") W().cmdCreateText_Click();
+            // Commands that change or write the document, or start a job, are passed over.
+            if (what == "redo") QTest::keyClick(W().picMain, Qt::Key_Y, Qt::ControlModifier);
+            if (what == "saveas" || what == "open") W().tlbMain_ButtonClick(what);
         };
         ScopedDocumentHooks scoped(h);
         W().cmdGen_Click();
         QCOMPARE(inner, 1);
         QVERIFY(ombrevale::testsupport::TakeSnapshot(W().Sty()) == cleanStores);
         QCOMPARE(W().picMain->image(), cleanSheet);
+        QVERIFY(folders_.isEmpty());
         // The window still answers once the Refresh is over, and no box of a click it passed over stays.
         W().picMain_MouseUp(1, 0, 134, 130);
         QCOMPARE(W().picMain->Tag, QStringLiteral("20"));
