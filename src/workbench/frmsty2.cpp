@@ -166,13 +166,13 @@ void frmSTY2::Form_Load() {
     MainTab->move(MainTab->x(), 0);
     FillLists();
     busy_ = false;
-    RenderSheet();
-    ombrevale::workbench::SetTopMost(this, true);
     if (!path.empty()) {
         panesStylePath_ = path;
         ForgetEdits();
-        OfferKeptEdits(path);
     }
+    RenderSheet();
+    ombrevale::workbench::SetTopMost(this, true);
+    if (!path.empty()) OfferKeptEdits(path);
 }
 
 void frmSTY2::FillLists() {

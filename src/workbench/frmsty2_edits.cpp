@@ -125,7 +125,11 @@ bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, co
     return true;
 }
 
-void frmSTY2::ForgetEdits() { kept_->Loaded(panesStylePath_); }
+void frmSTY2::ForgetEdits() {
+    kept_->Loaded(panesStylePath_);
+    // What was told of the last style may hold again for this one.
+    causesTold_.clear();
+}
 
 void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
     // The panes show the stores as they are now, and what the user has chosen stays chosen.

@@ -114,6 +114,7 @@ void frmSTY2::RestoreKeptEdits() {
     }
     keptOffer_->hide();
     kept_->Restored(*entry);
+    causesTold_.clear();
     RefillAfterOpen();
 }
 

@@ -4,6 +4,7 @@
 #include <QUndoStack>
 
 #include "style/clssty.h"
+#include "workbench/edithistory.h"
 
 namespace ombrevale::workbench {
 namespace {
@@ -73,7 +74,8 @@ bool KeptCopy::Unsaved() const { return restored_ || !history_->isClean(); }
 int KeptCopy::EditCount() const { return static_cast<int>(restoredEdits_.size()) + history_->index(); }
 
 void KeptCopy::Changed() {
-    if (quiet_) return;
+    // A history that drops its oldest steps is rebuilt: no change of the document.
+    if (quiet_ || EditHistory::Of(history_).Trimming()) return;
     emit UnsavedChanged(Unsaved(), EditCount());
     if (origin_.path.empty()) return;
     if (Unsaved()) {
