@@ -71,7 +71,7 @@ const std::vector<Command>& Commands() {
          "writes every tile on one PNG sheet, N tiles a row (9 unless given)",
          {2, false, false, true, true, false}},
         {"recover",
-         "[STYLE OUT | --discard STYLE]",
+         "[STYLE OUT] [--discard STYLE]",
          "lists the unsaved edits the window keeps, writes STYLE's edited document as OUT, or drops it",
          {0, false, false, false, false, false, {}, 2, true}},
     };
