@@ -408,6 +408,14 @@ private slots:
         QCOMPARE(folders_.last(), QString::fromStdString(dir_.path().string()));
     }
 
+    // With no style loaded, a file dialog starts at home, never in the working folder that goes at exit.
+    void dialogsStartAtHomeWithoutAStyle() {
+        w_ = std::make_unique<frmSTY2>(std::string());
+        W().picMain_MouseUp(1, 0, 32, 32);
+        for (const char* key : {"saveas", "export", "open"}) Click(key);
+        QCOMPARE(folders_, QStringList(3, QDir::homePath()));
+    }
+
     void captionsFitTheirPlaces() {
         // The tool bar sits between the page tabs and Refresh, over neither.
         const QTabBar* tabs = W().MainTab->tabBar();
