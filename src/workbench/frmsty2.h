@@ -164,6 +164,8 @@ private:
     void ToolbarSave(bool askName);
     void ToolbarExport();
     void ToolbarImport();
+    // Reads file into an empty document; one that does not load leaves the window's as it was.
+    bool LoadAfresh(const std::string& file, LoadReport& report);
     void RefillAfterOpen();
     // Every pane as a start shows it, once the lists are filled anew.
     void ResetPanes();
@@ -224,6 +226,9 @@ private:
     void OfferKeptEdits(const std::string& path);
     void RestoreKeptEdits();
     void DiscardKeptEdits();
+    // An edit while earlier kept edits are on offer would take their place on
+    // disk: the user says first whether they may go. False: the edit waits.
+    bool MayReplaceKeptEdits();
     void ShowUnsaved(bool unsaved, int edits);
     ombrevale::workbench::KeptCopy* kept_ = nullptr;
     ombrevale::workbench::KeptOffer* keptOffer_ = nullptr;

@@ -113,7 +113,7 @@ bool frmSTY2::EditKey(const QKeyEvent* key) {
 }
 
 bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, const std::function<bool()>& change) {
-    if (busy_) return false;
+    if (busy_ || !MayReplaceKeptEdits()) return false;
     Part before = ombrevale::editparts::Take(Sty(), kind, number);
     if (!change()) return false;
     Part after = ombrevale::editparts::Take(Sty(), kind, number);

@@ -9,7 +9,6 @@
 #include <algorithm>
 
 #include "style/hooks.h"
-#include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
 #include "workbench/keptoffer.h"
@@ -95,19 +94,8 @@ void frmSTY2::RestoreKeptEdits() {
                                  "Restore the edits?")
                       .arg(QString::fromStdString(path))))
         return;
-    // Read as Open reads a file: one that does not load leaves the window as it was.
-    clsSTY before = std::move(Sty());
-    modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
-    Sty() = clsSTY();
-    modDeclares::ResetSharedStores();
     LoadReport report;
-    busy_ = true;
-    const bool loaded = Sty().LoadSTY(kept_->store().DocumentPath(path), report);
-    busy_ = false;
-    if (!loaded) {
-        Sty() = std::move(before);
-        modDeclares::RestoreSharedStores(std::move(shared));
-        ProgressEnd();
+    if (!LoadAfresh(kept_->store().DocumentPath(path), report)) {
         MsgBox("The kept edits of " + path + " cannot be read: " + report.problem->text + ". Nothing was changed.",
                "Ombrevale", MsgIcon::Exclamation);
         return;
@@ -126,4 +114,17 @@ void frmSTY2::DiscardKeptEdits() {
     kept_->Discard(path);
     keptOffer_->hide();
     kept_->SetOffered(false);
+}
+
+bool frmSTY2::MayReplaceKeptEdits() {
+    if (!kept_->Offered()) return true;
+    if (!ombrevale::panesdialogs::Question(
+            this, QStringLiteral("%1\n\nA new edit is kept in their place. Discard those earlier edits and make this "
+                                 "one? (No leaves them on offer: Restore brings them back first.)")
+                      .arg(keptOffer_->Text())))
+        return false;
+    kept_->Discard(panesStylePath_);
+    keptOffer_->hide();
+    kept_->SetOffered(false);
+    return true;
 }

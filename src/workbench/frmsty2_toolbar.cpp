@@ -160,23 +160,10 @@ void frmSTY2::ToolbarOpen() {
         Tell("The file " + path.toStdString() + " does not exist.");
         return;
     }
-    // The file is read into an empty document, as at a start on it; one that
-    // does not load puts back the style in memory, unsaved changes and all.
     const std::string file = path.toStdString();
     KeepEditsNow();
-    clsSTY before = std::move(Sty());
-    modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
-    Sty() = clsSTY();
-    modDeclares::ResetSharedStores();
     LoadReport report;
-    busy_ = true;
-    const bool loaded = Sty().LoadSTY(file, report);
-    busy_ = false;
-    if (!loaded) {
-        Sty() = std::move(before);
-        modDeclares::RestoreSharedStores(std::move(shared));
-        // No render follows to close the progress window.
-        ProgressEnd();
+    if (!LoadAfresh(file, report)) {
         const std::string why = report.problem->kind == ombrevale::Problem::Kind::NotAStyle
                                     ? "The file " + file + " is not a style file: it does not begin with GBST."
                                     : LoadFailureText(file, report, {});
@@ -188,6 +175,24 @@ void frmSTY2::ToolbarOpen() {
     RefillAfterOpen();
     if (!report.warnings.empty()) MsgBox(LoadWarningText(file, report), "Ombrevale", MsgIcon::Information);
     OfferKeptEdits(file);
+}
+
+bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report) {
+    // The file is read into an empty document, as at a start on it; one that
+    // does not load puts back the style in memory, unsaved changes and all.
+    clsSTY before = std::move(Sty());
+    modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
+    Sty() = clsSTY();
+    modDeclares::ResetSharedStores();
+    busy_ = true;
+    const bool loaded = Sty().LoadSTY(file, report);
+    busy_ = false;
+    if (loaded) return true;
+    Sty() = std::move(before);
+    modDeclares::RestoreSharedStores(std::move(shared));
+    // No render follows to close the progress window.
+    ProgressEnd();
+    return false;
 }
 
 void frmSTY2::RefillAfterOpen() {

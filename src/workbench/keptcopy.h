@@ -36,6 +36,7 @@ public:
     // An earlier session's entry for the style in the window is being offered;
     // new edits are kept only once the user has restored or discarded it.
     void SetOffered(bool offered);
+    bool Offered() const { return offered_; }
 
     bool Unsaved() const;
     int EditCount() const;

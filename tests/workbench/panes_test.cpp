@@ -523,6 +523,17 @@ private slots:
         QVERIFY2(W().KeptEditsOffer()->Text().startsWith("Unsaved edits of kept.sty from ") &&
                      W().KeptEditsOffer()->Text().endsWith("(1 edit: Import into tile 5)"),
                  qPrintable(W().KeptEditsOffer()->Text()));
+        // An edit now would take their place: No leaves the edit unmade and them on offer.
+        yes_ = false;
+        QCOMPARE(Says([&] { Make(Edit::RecycleAdd); }), 0);
+        QVERIFY(!W().undoStack->canUndo() && kept() == edited && W().KeptEditsOffer()->isVisibleTo(&W()));
+        // Changed on disk since: No to the question restores nothing.
+        auto changed = ombrevale::stylewriter::ReadFile(path);
+        changed.back() ^= 1;
+        ombrevale::stylewriter::WriteFile(path, changed);
+        W().KeptEditsOffer()->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() != edited && W().KeptEditsOffer()->isVisibleTo(&W()));
+        yes_ = true;
         W().KeptEditsOffer()->RestoreButton()->click();
         QVERIFY(W().Sty().SavedBytes() == edited && !W().KeptEditsOffer()->isVisibleTo(&W()));
         QVERIFY(W().lblUnsaved->isVisibleTo(&W()) && kept() == edited);

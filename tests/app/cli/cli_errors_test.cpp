@@ -3,6 +3,8 @@
 // the file; and nothing is left behind.
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 #include <filesystem>
 
 #include "cliprocess.h"
@@ -92,8 +94,9 @@ INSTANTIATE_TEST_SUITE_P(
 // One row for each way a load fails; the document's own tests hold the many files behind each.
 struct BadStyle {
     const char* name;
-    sw::Bytes (*bytes)();  // null: no file at all
+    sw::Bytes (*bytes)();  // null: no file at all, or a pipe
     const char* says;
+    bool pipe = false;  // which would hold the read for as long as nobody writes
 };
 
 const BadStyle kBadStyles[] = {
@@ -106,6 +109,7 @@ const BadStyle kBadStyles[] = {
          return b;
      },
      "is damaged: "},
+    {"APipe", nullptr, "cannot be read: it is not a regular file", true},
 };
 
 class CliBadStyle : public ::testing::TestWithParam<std::tuple<BadStyle, std::vector<std::string>>> {};
@@ -115,7 +119,10 @@ TEST_P(CliBadStyle, NamesTheStyle) {
     ombrevale::testsupport::TempDir dir;
     const std::string style = dir.File("bad.sty");
     if (bad.bytes) sw::WriteFile(style, bad.bytes());
-    ExpectOneLineAbout(RunCli(Place(args, style, dir)), style, bad.says, dir, bad.bytes ? 1 : 0);
+    if (bad.pipe) {
+        ASSERT_EQ(::mkfifo(style.c_str(), 0600), 0);
+    }
+    ExpectOneLineAbout(RunCli(Place(args, style, dir)), style, bad.says, dir, bad.bytes || bad.pipe ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, CliBadStyle,
