@@ -15,6 +15,7 @@
 
 #include "settings/cregistry.h"
 #include "style/moddeclares.h"
+#include "workbench/fontchoice.h"
 #include "workbench/keptcopy.h"
 #include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
@@ -135,6 +136,7 @@ void frmSTY2::BuildOtherPages() {
     Place(cmdCreateText, 7800, 450, 1020, 405);
     picFont = new PictureBox(font);
     Place(picFont, 90, 900, 8880, 3645);
+    fontChoice_ = new ombrevale::workbench::FontChoice(font, this);
 
     auto* recy = new QWidget;
     MainTab->addTab(recy, QStringLiteral("Recycling"));
@@ -187,6 +189,7 @@ void frmSTY2::FillLists() {
     for (int i = 1; i <= Sty().GetNumOfPals(); ++i) palettes.append(QStringLiteral("Palette: %1").arg(i));
     lstSprites->addItems(sprites);
     lstPalettes->addItems(palettes);
+    fontChoice_->Refill();
     FillRecycleList();
 }
 
@@ -216,6 +219,7 @@ void frmSTY2::ResetPanes() {
     lblColour->setPalette(QPalette());
     picPalette->Cls();
     picFont->Cls();
+    fontChoice_->Reset();
     Place(picTemp, 1350, 2910, 1320, 1725);
     picTemp->Cls();
     MainTab->setCurrentIndex(0);
@@ -234,6 +238,8 @@ void frmSTY2::cmdGen_Click() {
         // Save then writes the file that Refresh took up.
         panesStylePath_ = path;
         ForgetEdits();
+        // Another file may count other fonts; the lists themselves stay as they were.
+        fontChoice_->Refill();
     }
     RenderSheet();
     if (!path.empty()) OfferKeptEdits(path);

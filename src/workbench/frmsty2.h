@@ -28,6 +28,7 @@ class QListWidgetItem;
 class QUndoStack;
 class QKeyEvent;
 namespace ombrevale::workbench {
+class FontChoice;
 class KeptCopy;
 class KeptOffer;
 class SurfaceOverlay;
@@ -139,6 +140,7 @@ public:
     void KeepEditsNow();
     ombrevale::workbench::KeptCopy* Kept() const { return kept_; }
     ombrevale::workbench::KeptOffer* KeptEditsOffer() const { return keptOffer_; }
+    ombrevale::workbench::FontChoice* FontChoiceView() const { return fontChoice_; }
     QLabel* lblUnsaved = nullptr;
 
     PictureBox* picSprite = nullptr;
@@ -231,6 +233,7 @@ private:
     bool MayReplaceKeptEdits();
     void ShowUnsaved(bool unsaved, int edits);
     ombrevale::workbench::KeptCopy* kept_ = nullptr;
+    ombrevale::workbench::FontChoice* fontChoice_ = nullptr;
     ombrevale::workbench::KeptOffer* keptOffer_ = nullptr;
 
     std::unique_ptr<clsSTY> oSty;

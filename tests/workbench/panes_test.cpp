@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "style/fonts.h"
 #include "style/moddeclares.h"
 #include "style/surfaces.h"
 #include "stylewriter/stylewriter.h"
@@ -14,6 +15,7 @@
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
 #include "workbench/edithistory.h"
+#include "workbench/fontchoice.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
 #include "workbench/keptoffer.h"
@@ -361,6 +363,28 @@ private slots:
         QCOMPARE(W().picTemp->image().pixel(0, 0), W().picTemp->BackColor());  // the scratch picture is left empty
     }
 
+    // A style's own font: its glyphs, a gap as wide as its space for what it lacks, named under the text.
+    void fontChoice() {
+        auto* choice = W().FontChoiceView();
+        QCOMPARE(choice->Chosen(), ombrevale::fonts::kFixedRule);
+        QCOMPARE(choice->combo()->count(), 1 + int(STYFontBase.base.size()));
+        const int font = int(STYFontBase.base.size()) - 1;  // the sample's last font has 26 glyphs, to ":"
+        choice->combo()->setCurrentIndex(font + 1);
+        W().txtText->setText(QStringLiteral("1A2"));
+        W().cmdCreateText_Click();
+        const int gap = ombrevale::fonts::SpaceWidth(W().Sty(), font);
+        const auto one = ombrevale::fonts::Glyph(W().Sty(), font, '1'),
+                   two = ombrevale::fonts::Glyph(W().Sty(), font, '2');
+        QVERIFY(one && two && gap > 0);
+        const QImage first = Drawn(W().Sty(), *one), second = Drawn(W().Sty(), *two);
+        const QImage shown = Rgb(W().picFont->image());
+        QCOMPARE(shown.copy(0, 0, first.width(), first.height()), first);
+        QCOMPARE(shown.copy(first.width() + gap, 0, second.width(), second.height()), second);
+        QVERIFY(!choice->note()->isHidden());
+        QCOMPARE(choice->note()->text(),
+                 QStringLiteral("Font %1 has no glyph for \"A\": a gap stands in their place.").arg(font + 1));
+    }
+
     // After Open the window is as a start on that file leaves it, whatever was chosen before.
     void openSaveSaveAs() {
         W().show();
@@ -370,6 +394,7 @@ private slots:
         W().lstPalettes->setCurrentRow(3);
         W().picPalette_MouseUp(40);
         W().txtText->setText(QStringLiteral("ABC"));
+        W().FontChoiceView()->combo()->setCurrentIndex(2);
         W().cmdCreateText_Click();
         W().vScroll->setValue(640);
         Button("trans")->trigger();
@@ -384,9 +409,9 @@ private slots:
         const auto state = [](frmSTY2& w) {
             return QStringList{QString::fromStdString(w.sSelKind), w.lblIdx->text(), w.lblSSize->text(),
                                w.txtIdx->text(), w.txtText->text()}
-                   << QString::asprintf("%d %d %d %d %d %d", w.iSelNum, w.lstSprites->currentRow(),
+                   << QString::asprintf("%d %d %d %d %d %d %d", w.iSelNum, w.lstSprites->currentRow(),
                                         w.lstRemaps->count(), w.lstPalettes->currentRow(), w.vScroll->value(),
-                                        int(w.Sty().DrawTransparent()));
+                                        int(w.Sty().DrawTransparent()), w.FontChoiceView()->Chosen());
         };
         QCOMPARE(state(W()), state(fresh));
         QCOMPARE(W().picSprite->image(), fresh.picSprite->image());

@@ -62,6 +62,10 @@ FullStyle MakeFullStyle();
 // fixed-length sections and an unknown section.
 StyleBytes MakeScrambledStyle(const FullStyle& full);
 
+// A style laid out as the game's font style (fstyle.sty): fourteen fonts
+// from sprite 44, counted 140, 1, 1, 140 and ten of 144.
+StyleBytes MakeFontStyle();
+
 void WriteFile(const std::string& path, const Bytes& bytes);
 Bytes ReadFile(const std::string& path);
 

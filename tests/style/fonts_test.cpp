@@ -1,0 +1,54 @@
+// Which sprite draws a character: the fixed rule, and each of a style's own fonts.
+#include <string>
+
+#include "style/fonts.h"
+#include "stylefiletest.h"
+
+namespace {
+
+using namespace ombrevale::fonts;
+using ombrevale::testsupport::StyleFileTest;
+
+constexpr std::string_view kLine = "Kill Frenzy! 250 Points";
+
+TEST_F(StyleFileTest, AStyleLaidOutAsTheGamesFontStyleSetsALineInEachOfItsFonts) {
+    ASSERT_TRUE(Load(ombrevale::stylewriter::MakeFontStyle().bytes()));
+    const std::int32_t counts[] = {140, 1, 1, 140, 144, 144, 144, 144, 144, 144, 144, 144, 144, 144};
+    std::int32_t first = 44;  // two code objects and 42 user sprites come first
+    for (int font = 0; font < 14; ++font) {
+        SCOPED_TRACE(font);
+        const Line line = SetLine(doc, font, kLine);
+        std::string missing;
+        for (std::size_t i = 0; i < kLine.size(); ++i) {
+            const int offset = kLine[i] - '!';
+            const bool has = offset >= 0 && offset < counts[font];
+            EXPECT_EQ(line.glyphs[i], has ? std::optional<std::int32_t>(first + offset) : std::nullopt);
+            if (!has && kLine[i] != ' ' && missing.find(kLine[i]) == std::string::npos) missing += kLine[i];
+        }
+        EXPECT_EQ(line.missing, missing);
+        first += counts[font];
+    }
+    // The fixed rule draws from sprite 1366 whatever the style, which here lands in a font of its own.
+    EXPECT_EQ(SetLine(doc, kFixedRule, "!A").glyphs, (std::vector<std::optional<std::int32_t>>{1366, 1398}));
+    EXPECT_EQ(SetLine(doc, 14, "A").missing, "A") << "a font the style does not count";
+}
+
+// FONB counts more glyphs than the style has sprites: those past the end are missing.
+TEST_F(StyleFileTest, GlyphsPastTheLastSpriteAreMissing) {
+    using namespace ombrevale::stylewriter;
+    Bytes sprx;
+    for (int s = 0; s < 10; ++s) sprx = Cat({sprx, LE32(0), {2, 2}, LE16(0)});
+    ASSERT_TRUE(Load(StyleBytes()
+                         .Add("SPRB", Cat({LE16(0), LE16(0), LE16(0), LE16(0), LE16(4), LE16(6)}))
+                         .Add("FONB", Cat({LE16(2), LE16(3), LE16(5)}))
+                         .Add("SPRG", Bytes(256 * 2, 1))
+                         .Add("SPRX", sprx)
+                         .bytes()));
+    EXPECT_EQ(GlyphsPastTheSprites(doc, 0), 0);
+    EXPECT_EQ(GlyphsPastTheSprites(doc, 1), 2);
+    EXPECT_EQ(SetLine(doc, 1, "!\"#$%").glyphs,
+              (std::vector<std::optional<std::int32_t>>{7, 8, 9, std::nullopt, std::nullopt}));
+    EXPECT_EQ(SpaceWidth(doc, 1), 2);
+}
+
+}  // namespace
