@@ -14,6 +14,7 @@ struct Shape {
     std::vector<std::size_t> numbers = {};  // which words are numbers
     std::size_t orWords = 0;                // another number of words the command takes
     bool discard = false;
+    bool font = false;
 };
 
 struct Command {
@@ -70,6 +71,10 @@ const std::vector<Command>& Commands() {
          "STYLE OUT.png [--columns N] [--transparent]",
          "writes every tile on one PNG sheet, N tiles a row (9 unless given)",
          {2, false, false, true, true, false}},
+        {"text",
+         "STYLE TEXT OUT.png [--font N]",
+         "sets TEXT in the font sprites as the Font page does: sprite 1366 for \"!\", or the style's font N",
+         {3, false, false, false, false, false, {}, 0, false, true}},
         {"recover",
          "[STYLE OUT] [--discard STYLE]",
          "lists the unsaved edits the window keeps, writes STYLE's edited document as OUT, or drops it",
@@ -143,6 +148,8 @@ Args ParseArgs(const std::vector<std::string>& argv) {
             args.transparent = true;
         } else if (a == "--nearest" && shape.nearest && !args.nearest) {
             args.nearest = true;
+        } else if (a == "--font" && shape.font && !args.font) {
+            args.font = ParseNumber(value(a), "--font");
         } else if (a == "--discard" && shape.discard && !args.discard) {
             args.discard = true;
         } else if (a.size() > 1 && a[0] == '-' && !(a[1] >= '0' && a[1] <= '9')) {

@@ -25,6 +25,7 @@ int RunImportDelta(const Args& args);
 int RunExport(const Args& args);
 int RunSheet(const Args& args);
 int RunRecover(const Args& args);
+int RunText(const Args& args);
 
 // Loads a style or throws Failure with the document's reason; the report holds the warnings.
 LoadReport LoadStyle(clsSTY& doc, const std::string& path);

@@ -37,6 +37,7 @@ int main(int argc, char** argv) {
             {"import-sprite", RunImportSprite},
             {"import-delta", RunImportDelta},
             {"recover", RunRecover},
+            {"text", RunText},
         };
         return run.at(args.command)(args);
     } catch (const UsageError& e) {

@@ -296,3 +296,56 @@ TEST(CliInfo, SectionsFollowThePresentFlagsAndWarningsAreListed) {
 }
 
 }  // namespace
+
+namespace {
+
+// text on a style laid out as the game's font style, whose every sprite is
+// as wide as 1 + its number mod 98: the picture's width tells the glyphs apart.
+struct TextCase {
+    const char* name;
+    int font;  // 0: no --font
+    int firstGlyph, glyphs;
+};
+
+class CliText : public ::testing::TestWithParam<TextCase> {};
+
+TEST_P(CliText, SetsTheLineInTheChosenFont) {
+    ombrevale::testsupport::TempDir dir;
+    const std::string style = dir.File("fstyle.sty"), out = dir.File("line.png");
+    sw::WriteFile(style, sw::MakeFontStyle().bytes());
+    const std::string line = "Go 2!";
+    std::vector<std::string> args = {"text", style, line, out};
+    if (GetParam().font > 0) args.insert(args.end(), {"--font", std::to_string(GetParam().font)});
+    const auto r = RunCli(args);
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const bool fixed = GetParam().font == 0;
+    int sum = 0;  // a gap is the font's mean glyph width
+    for (int g = 0; g < GetParam().glyphs && !fixed; ++g) sum += 1 + (GetParam().firstGlyph + g) % 98;
+    const int gap = fixed ? 0 : (sum + GetParam().glyphs / 2) / GetParam().glyphs;
+    int width = 0;
+    bool lacks = false;
+    for (const char c : line) {
+        const int offset = c - '!';
+        const bool has = fixed || (offset >= 0 && offset < GetParam().glyphs);
+        width += has ? 1 + (GetParam().firstGlyph + offset) % 98 : gap;
+        lacks = lacks || (!has && c != ' ');
+    }
+    EXPECT_EQ(QImage(QString::fromStdString(out)).width(), width);
+    EXPECT_EQ(r.err.empty(), !lacks) << r.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(Fonts, CliText,
+                         ::testing::Values(TextCase{"FixedRule", 0, 1366, 400}, TextCase{"FirstFont", 1, 44, 140},
+                                           TextCase{"OneGlyphFont", 2, 184, 1}, TextCase{"LastFont", 14, 1622, 144}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST(CliText, AFontTheStyleDoesNotCountIsRefused) {
+    ombrevale::testsupport::TempDir dir;
+    sw::WriteFile(dir.File("fstyle.sty"), sw::MakeFontStyle().bytes());
+    const auto r = RunCli({"text", dir.File("fstyle.sty"), "x", dir.File("x.png"), "--font", "15"});
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.err.find("--font 15 is out of range (1..14)"), std::string::npos) << r.err;
+    EXPECT_FALSE(fs::exists(dir.File("x.png")));
+}
+
+}  // namespace
