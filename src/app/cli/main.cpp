@@ -20,7 +20,7 @@ int main(int argc, char** argv) {
             return kExitOk;
         }
         if (words.size() == 1 && words[0] == "--version") {
-            std::puts("ombrevale-cli " OMBREVALE_VERSION);
+            std::puts("ombrevale-cli " OMBREVALE_VERSION "\nLicence: GPL-3.0-or-later");
             return kExitOk;
         }
         const Args args = ParseArgs(words);

@@ -42,7 +42,7 @@ std::optional<int> AnswerWithoutWindow(int argc, char** argv) {
             return 0;
         }
         if (a == "--version") {
-            std::puts("ombrevale " OMBREVALE_VERSION);
+            std::puts("ombrevale " OMBREVALE_VERSION "\nLicence: GPL-3.0-or-later");
             return 0;
         }
     }
