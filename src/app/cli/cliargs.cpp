@@ -15,6 +15,7 @@ struct Shape {
     std::size_t orWords = 0;                // another number of words the command takes
     bool discard = false;
     bool font = false;
+    bool skipRefused = false;
 };
 
 struct Command {
@@ -71,6 +72,10 @@ const std::vector<Command>& Commands() {
          "STYLE OUT.png [--columns N] [--transparent]",
          "writes every tile on one PNG sheet, N tiles a row (9 unless given)",
          {2, false, false, true, true, false}},
+        {"import",
+         "STYLE DIR OUT [--nearest] [--skip-refused]",
+         "takes back a folder as export writes it (any of its files) and saves the style once as OUT",
+         {3, false, false, false, false, true, {}, 0, false, false, true}},
         {"text",
          "STYLE TEXT OUT.png [--font N]",
          "sets TEXT in the font sprites as the Font page does: sprite 1366 for \"!\", or the style's font N",
@@ -148,6 +153,8 @@ Args ParseArgs(const std::vector<std::string>& argv) {
             args.transparent = true;
         } else if (a == "--nearest" && shape.nearest && !args.nearest) {
             args.nearest = true;
+        } else if (a == "--skip-refused" && shape.skipRefused && !args.skipRefused) {
+            args.skipRefused = true;
         } else if (a == "--font" && shape.font && !args.font) {
             args.font = ParseNumber(value(a), "--font");
         } else if (a == "--discard" && shape.discard && !args.discard) {

@@ -18,6 +18,8 @@ struct Args {
     // Colours a palette does not hold may take its nearest.
     bool nearest = false;
     bool discard = false;
+    // Writes the files that can go in when others are refused.
+    bool skipRefused = false;
     // A style's own font, from 1; none: the fixed rule.
     std::optional<std::int64_t> font;
 };

@@ -26,6 +26,7 @@ int RunExport(const Args& args);
 int RunSheet(const Args& args);
 int RunRecover(const Args& args);
 int RunText(const Args& args);
+int RunImportFolder(const Args& args);
 
 // Loads a style or throws Failure with the document's reason; the report holds the warnings.
 LoadReport LoadStyle(clsSTY& doc, const std::string& path);

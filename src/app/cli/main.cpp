@@ -38,6 +38,7 @@ int main(int argc, char** argv) {
             {"import-delta", RunImportDelta},
             {"recover", RunRecover},
             {"text", RunText},
+            {"import", RunImportFolder},
         };
         return run.at(args.command)(args);
     } catch (const UsageError& e) {
