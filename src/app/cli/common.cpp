@@ -1,7 +1,10 @@
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <cstdio>
 #include <memory>
 
 #include "clierror.h"
@@ -47,12 +50,21 @@ std::string ScratchFolder() {
     return scratch->path().toStdString();
 }
 
-void WriteThrough(const std::string& path, const std::function<bool(const std::string& temp)>& write) {
+void WriteThrough(const std::string& path, const std::function<bool(const std::string& temp)>& write,
+                  Durability durability) {
     const std::string temp = ScratchFolder() + "/written";
     QFile made(QString::fromStdString(temp));
-    QSaveFile out(QString::fromStdString(path));
-    const bool ok = write(temp) && made.open(QIODevice::ReadOnly) && out.open(QIODevice::WriteOnly) &&
-                    out.write(made.readAll()) == made.size() && out.commit();
+    bool ok = write(temp) && made.open(QIODevice::ReadOnly);
+    if (ok && durability == Durability::Synced) {
+        QSaveFile out(QString::fromStdString(path));
+        ok = out.open(QIODevice::WriteOnly) && out.write(made.readAll()) == made.size() && out.commit();
+    } else if (ok) {
+        // A fresh name beside the file, then one rename: a link at the path is replaced, never written through.
+        QTemporaryFile out(QFileInfo(QString::fromStdString(path)).absolutePath() +
+                           QStringLiteral("/.ombrevale-XXXXXX"));
+        ok = out.open() && out.write(made.readAll()) == made.size() && out.flush();
+        ok = ok && std::rename(out.fileName().toLocal8Bit().constData(), path.c_str()) == 0;
+    }
     made.remove();
     if (!ok) {
         // The engine names our scratch file; the line names the one asked for.

@@ -70,8 +70,8 @@ bool WriteIndex(const std::string& path, const std::vector<Job>& jobs, const fs:
     if (!f) return false;
     bool ok = std::fputs("file,kind,number,caption,palette,width,height\n", f) >= 0;
     for (const Job& job : jobs)
-        ok =
-            ok && std::fprintf(f, "%s,%s\n", fs::path(job.path).lexically_relative(dir).generic_string().c_str(), job.row.c_str()) > 0;
+        ok = ok && std::fprintf(f, "%s,%s\n", fs::path(job.path).lexically_relative(dir).generic_string().c_str(),
+                                job.row.c_str()) > 0;
     return std::fclose(f) == 0 && ok;
 }
 
@@ -94,7 +94,9 @@ int RunExport(const Args& args) {
         const int pal = CheckedTilePalette(doc, style, t);
         jobs.push_back({at(Kind::Tile, t),
                         [&doc, t, &args](const std::string& p) {
-                            WritePicture(p, args.png, [&](const std::string& bmp) { return doc.SaveTile(bmp, t); });
+                            WritePicture(
+                                p, args.png, [&](const std::string& bmp) { return doc.SaveTile(bmp, t); },
+                                Durability::Quick);
                         },
                         Row("tile", t, "Index: " + std::to_string(t), pal, kTileSide, kTileSide)});
     }
@@ -104,10 +106,13 @@ int RunExport(const Args& args) {
         if (SkipEmptyInPng(doc, args, s, "sprite " + std::to_string(s))) continue;
         jobs.push_back({at(Kind::Sprite, s),
                         [&doc, s, &args](const std::string& p) {
-                            WritePicture(p, args.png, [&](const std::string& bmp) {
-                                std::int16_t own = -1;
-                                return doc.SaveSprite(bmp, s, own);
-                            });
+                            WritePicture(
+                                p, args.png,
+                                [&](const std::string& bmp) {
+                                    std::int16_t own = -1;
+                                    return doc.SaveSprite(bmp, s, own);
+                                },
+                                Durability::Quick);
                         },
                         Row("sprite", s, exportnames::SpriteCaption(groups, s), pal, doc.GetSpriteWidth(s),
                             doc.GetSpriteHeight(s))});
@@ -125,17 +130,21 @@ int RunExport(const Args& args) {
                 continue;
             jobs.push_back({at(Kind::Delta, s, d),
                             [&doc, s, d, &args](const std::string& p) {
-                                WritePicture(p, args.png, [&](const std::string& bmp) {
-                                    std::int16_t own = -1;
-                                    return doc.SaveDelta(bmp, static_cast<std::int16_t>(d), s, own);
-                                });
+                                WritePicture(
+                                    p, args.png,
+                                    [&](const std::string& bmp) {
+                                        std::int16_t own = -1;
+                                        return doc.SaveDelta(bmp, static_cast<std::int16_t>(d), s, own);
+                                    },
+                                    Durability::Quick);
                             },
                             Row("delta", s, exportnames::SpriteCaption(groups, s) + " delta " + std::to_string(d), pal,
                                 doc.GetSpriteWidth(s), doc.GetSpriteHeight(s))});
         }
     }
     for (int p = 0; p < doc.GetNumOfPals(); ++p)
-        jobs.push_back({at(Kind::Palette, p), [p](const std::string& path) { WriteJascPalette(path, p); },
+        jobs.push_back({at(Kind::Palette, p),
+                        [p](const std::string& path) { WriteJascPalette(path, p, Durability::Quick); },
                         Row("palette", p, "Palette: " + std::to_string(p + 1), p, 256, 1)});
 
     std::error_code ec;
