@@ -83,7 +83,8 @@ int main(int argc, char** argv) {
         return 2;
     }
     const fs::path out = argv[1];
-    for (const char* d : {"loadsty", "importpalette", "regfile", "picture"}) fs::create_directories(out / d);
+    for (const char* d : {"loadsty", "importpalette", "regfile", "picture", "exportnames"})
+        fs::create_directories(out / d);
 
     const auto full = ombrevale::stylewriter::MakeFullStyle();
     ombrevale::stylewriter::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());

@@ -9,7 +9,10 @@
 #include <sys/stat.h>
 #endif
 
+#include <filesystem>
+
 #include "cliprocess.h"
+#include "style/clssty.h"
 
 namespace {
 
@@ -85,5 +88,111 @@ TEST(CliImportFrom, APipeIsRefusedUnopened) {
     EXPECT_FALSE(QFile::exists(QString::fromStdString(out)));
 }
 #endif
+
+}  // namespace
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// The whole sample out and back unchanged is what save writes, byte for byte;
+// a painted tile and a changed palette change those and nothing else.
+TEST(CliImportFolder, AnExportComesBackAsItWentAndOnlyWhatChangedGoesIn) {
+    ombrevale::testsupport::TempDir dir;
+    const std::string out = dir.File("export"), saved = dir.File("saved.sty"), back = dir.File("back.sty");
+    ASSERT_EQ(RunCli({"export", kSample, out}).exitCode, 0);
+    ASSERT_EQ(RunCli({"save", kSample, saved}).exitCode, 0);
+    const RunResult same = RunCli({"import", kSample, out, back});
+    ASSERT_EQ(same.exitCode, 0) << same.err;
+    {
+        QFile a(QString::fromStdString(back)), b(QString::fromStdString(saved));
+        ASSERT_TRUE(a.open(QIODevice::ReadOnly) && b.open(QIODevice::ReadOnly));
+        EXPECT_TRUE(a.readAll() == b.readAll());
+    }
+    // Painted in true colour: red over tile 5; palette 3 with one colour changed.
+    QImage tile(QString::fromStdString(out + "/tiles/tile-0005.bmp"));
+    tile = tile.convertToFormat(QImage::Format_RGB32);
+    for (int y = 8; y < 24; ++y)
+        for (int x = 8; x < 24; ++x) tile.setPixel(x, y, qRgb(230, 10, 10));
+    ASSERT_TRUE(tile.save(QString::fromStdString(out + "/tiles/tile-0005.png")));
+    fs::remove(out + "/tiles/tile-0005.bmp");
+    QFile pal(QString::fromStdString(out + "/palettes/palette-003.pal"));
+    ASSERT_TRUE(pal.open(QIODevice::ReadWrite));
+    QList<QByteArray> lines = pal.readAll().split('\n');
+    lines[3 + 10] = "1 2 3\r";  // colour 10
+    pal.resize(0);
+    pal.write(lines.join('\n'));
+    pal.close();
+    EXPECT_EQ(RunCli({"import", kSample, out, back}).exitCode, 1) << "off the palette without --nearest";
+    const RunResult changed = RunCli({"import", kSample, out, back, "--nearest"});
+    ASSERT_EQ(changed.exitCode, 0) << changed.err;
+    EXPECT_NE(changed.out.find("changed tiles/tile-0005.png: 256 pixels took the nearest colour"), std::string::npos)
+        << changed.out;
+    EXPECT_NE(changed.out.find("2 changed, 3682 unchanged, 0 refused"), std::string::npos) << changed.out;
+    clsSTY before, after;
+    ASSERT_TRUE(before.LoadSTY(saved));
+    const auto was = modDeclares::TakeSharedStores();
+    ASSERT_TRUE(after.LoadSTY(back));
+    for (std::size_t t = 0; t < after.STYTileStore.size(); ++t)
+        EXPECT_EQ(after.STYTileStore[t] == before.STYTileStore[t], t != 5) << t;
+    for (std::size_t p = 0; p < modDeclares::STYPalData.size(); ++p)
+        EXPECT_EQ(modDeclares::STYPalData[p] == was.palData[p], p != 3) << p;
+    EXPECT_EQ(after.STYSpriteData, before.STYSpriteData);
+    EXPECT_EQ(modDeclares::STYDeltaStore, was.deltaStore);
+}
+
+struct FolderCase {
+    const char* name;
+    const char* file;  // under the folder; empty: an empty folder
+    void (*make)(const std::string& path);
+    const char* says;
+};
+
+void Picture(const std::string& path, int w, int h) {
+    QImage image(w, h, QImage::Format_RGB32);
+    image.fill(qRgb(1, 2, 3));
+    image.save(QString::fromStdString(path));
+}
+
+class CliImportFolderRefuses : public ::testing::TestWithParam<FolderCase> {};
+
+TEST_P(CliImportFolderRefuses, NamesTheFileAndWritesNothing) {
+    ombrevale::testsupport::TempDir dir;
+    const std::string folder = dir.File("export");
+    fs::create_directories(folder + "/tiles");
+    fs::create_directories(folder + "/sprites");
+    if (*GetParam().file) GetParam().make(folder + "/" + GetParam().file);
+    const RunResult r = RunCli({"import", kSample, folder, dir.File("out.sty"), "--nearest"});
+    EXPECT_EQ(r.exitCode, 1);
+    const std::string named = *GetParam().file ? std::string(GetParam().file) : folder;
+    EXPECT_NE(r.err.find("ombrevale-cli: " + named + ": " + GetParam().says), std::string::npos) << r.err;
+    EXPECT_FALSE(fs::exists(dir.File("out.sty")));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, CliImportFolderRefuses,
+    ::testing::Values(FolderCase{"WrongSize", "tiles/tile-0003.png", [](const std::string& p) { Picture(p, 32, 64); },
+                                 "is 32 x 64 pixels, but tile 3 is 64 x 64"},
+                      FolderCase{"NoSuchSprite", "sprites/sprite-9999.bmp",
+                                 [](const std::string& p) { Picture(p, 8, 8); }, "the style has no sprite 9999"},
+                      FolderCase{"DamagedPng", "tiles/tile-0001.png",
+                                 [](const std::string& p) {
+                                     QFile f(QString::fromStdString(p));
+                                     f.open(QIODevice::WriteOnly);
+                                     f.write("\x89PNG\r\n\x1a\n and then nothing");
+                                 },
+                                 "is not a picture that can be read"},
+                      FolderCase{"Link", "tiles/tile-0002.png",
+                                 [](const std::string& p) {
+                                     Picture(p + ".real", 64, 64);
+                                     fs::create_symlink(p + ".real", p);
+                                 },
+                                 "is a link"},
+                      FolderCase{"Pipe", "tiles/tile-0004.png", [](const std::string& p) { ::mkfifo(p.c_str(), 0600); },
+                                 "is not a regular file"},
+                      FolderCase{"NotAnExportName", "tiles/grass.png", [](const std::string& p) { Picture(p, 64, 64); },
+                                 "is not a name the export gives its files"},
+                      FolderCase{"EmptyFolder", "", nullptr, "holds no file of an export"}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace
