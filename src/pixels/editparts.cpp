@@ -8,6 +8,8 @@ namespace {
 
 bool HasPalette(std::int32_t p) { return p >= 0 && static_cast<std::size_t>(p) < modDeclares::STYPalData.size(); }
 
+bool HasCar(std::int32_t r) { return r >= 0 && static_cast<std::size_t>(r) < modDeclares::STYCarInfo.size(); }
+
 bool HasTile(const clsSTY& doc, std::int32_t t) {
     return t >= 0 && static_cast<std::size_t>(t) < doc.STYTileStore.size();
 }
@@ -37,6 +39,7 @@ std::size_t PartBytes(const Part& part) {
     std::size_t n = sizeof(Part) + part.bytes.capacity() + (part.tile ? Tile::size() : 0) +
                     part.deltaIndex.capacity() * sizeof(modDeclares::DeltaEntry);
     for (const auto& entry : part.deltaIndex) n += entry.deltaSizes.capacity() * sizeof(std::int16_t);
+    if (part.car) n += part.car->remaps.capacity() + part.car->doors.capacity() * sizeof(std::uint16_t);
     return n;
 }
 
@@ -66,6 +69,9 @@ Part Take(const clsSTY& doc, Kind kind, std::int32_t number) {
         case Kind::Recycling:
             part.bytes.assign(modDeclares::STYRecycle.begin(), modDeclares::STYRecycle.end());
             break;
+        case Kind::Car:
+            if (HasCar(number)) part.car = modDeclares::STYCarInfo[static_cast<std::size_t>(number)];
+            break;
     }
     return part;
 }
@@ -91,6 +97,10 @@ void Put(clsSTY& doc, const Part& part) {
             break;
         case Kind::Recycling:
             modDeclares::STYRecycle.assign(part.bytes.begin(), part.bytes.end());
+            break;
+        case Kind::Car:
+            if (part.car && HasCar(part.number))
+                modDeclares::STYCarInfo[static_cast<std::size_t>(part.number)] = *part.car;
             break;
     }
 }

@@ -2,7 +2,7 @@
 // The part of the stores an edit changes, taken before and after it, so that
 // undo and redo put the stores back byte for byte. Each part is small beside
 // the whole style: one tile, one sprite's block, one palette, the span of the
-// deltas that changed or the recycling list.
+// deltas that changed, the recycling list or one car record.
 
 #include <cstddef>
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace ombrevale::editparts {
 
-enum class Kind { Tile, Sprite, Deltas, Palette, Recycling };
+enum class Kind { Tile, Sprite, Deltas, Palette, Recycling, Car };
 
 struct Part {
     // Where a narrowed part of the deltas goes: its bytes take the place of
@@ -26,9 +26,10 @@ struct Part {
     };
 
     Kind kind = Kind::Tile;
-    // The tile, the sprite or the palette; unused for the deltas and the recycling list.
+    // The tile, the sprite, the palette or the car record; unused for the deltas and the recycling list.
     std::int32_t number = 0;
     std::optional<Tile> tile;
+    std::optional<modDeclares::CarRecord> car;
     // The sprite's block as GetBits gives it, the palette, the delta store (or
     // its changed span) or the recycling list.
     ByteString bytes;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "style/bytecursor.h"
+#include "style/carrecord.h"
 #include "style/clssty.h"
 #include "style/fileio.h"
 #include "style/hooks.h"
@@ -47,6 +48,8 @@ std::optional<std::string> EmptyWarning(const clsSTY& doc, Section section) {
         case Section::FONB:
             if (modDeclares::STYFontBase.count == 0) return "the FONB section holds no fonts";
             break;
+        case Section::CARI:
+            return ombrevale::cars::LoadWarning(modDeclares::STYCarInfo);
         default:
             break;
     }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "style/bytewriter.h"
+#include "style/carrecord.h"
 #include "style/clssty.h"
 #include "style/fileio.h"
 #include "style/hooks.h"
@@ -101,6 +102,13 @@ void WriteCars(ByteWriter& w) {
 
 std::int32_t SizeOf(std::size_t bytes) { return static_cast<std::int32_t>(bytes); }
 
+// The records as they stand: an edit may have added or dropped remaps and doors.
+std::size_t CarBytes() {
+    std::size_t n = 0;
+    for (const auto& c : STYCarInfo) n += ombrevale::cars::RecordBytes(c);
+    return n;
+}
+
 // The writer's own order of sections, with the figure each size field gets.
 // Near the written length, so the buffer is made once rather than grown
 // (and copied) a doubling at a time.
@@ -108,7 +116,7 @@ std::size_t Expected(const clsSTY& doc) {
     const auto n = [](std::int64_t v) { return static_cast<std::size_t>(std::max<std::int64_t>(v, 0)); };
     return 6 + 14 * 8 + n(doc.iTileCount) * kTileBytes + n(doc.iPalCount) * kPaletteBytes + STYDeltaStore.size() +
            2 * STYPalIndex.size() + doc.STYObjectInfo.size() + STYRecycle.size() + doc.STYSpriteData.size() +
-           8 * doc.STYSpriteIndex.size() + doc.STYSurfaceSpec.size() + n(doc.lDelxBytes) + n(doc.lCariBytes) +
+           8 * doc.STYSpriteIndex.size() + doc.STYSurfaceSpec.size() + n(doc.lDelxBytes) + CarBytes() +
            2 * STYFontBase.base.size() + 64;
 }
 
@@ -148,7 +156,7 @@ std::vector<std::uint8_t> Serialise(const clsSTY& doc, bool report) {
     section(Section::PALB, 16, [&] {
         for (auto v : STYPalBase) w.I16(v);
     });
-    section(Section::CARI, doc.lCariBytes, [&] { WriteCars(w); });
+    section(Section::CARI, SizeOf(CarBytes()), [&] { WriteCars(w); });
     section(Section::SPEC, SizeOf(doc.STYSurfaceSpec.size()), [&] { w.Bytes(doc.STYSurfaceSpec); });
     return bytes;
 }

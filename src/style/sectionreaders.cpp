@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "style/carrecord.h"
 #include "style/messages.h"
 
 namespace ombrevale::styleload {
@@ -217,7 +218,13 @@ SectionResult ReadCarInfo(clsSTY& doc, std::int32_t size, ByteCursor& in) {
     while (total < size) {
         CarRecord c;
         if (!ReadCarRecord(in, c)) return RecordCutShort(Section::CARI, cars.size());
-        total += 15 + c.numRemaps + 2 * c.numDoors;
+        // Saving writes the records as they stand, so one may not reach into the next section.
+        const auto bytes = static_cast<std::int64_t>(ombrevale::cars::RecordBytes(c));
+        if (total + bytes > size)
+            return Fail("the CARI section's record " + GroupedNumber(static_cast<std::int64_t>(cars.size())) +
+                        " (model " + std::to_string(c.model) + ") needs " + GroupedNumber(bytes) + " bytes but only " +
+                        GroupedNumber(size - total) + " of the section remain");
+        total += bytes;
         cars.push_back(std::move(c));
     }
     doc.lCariBytes = size;

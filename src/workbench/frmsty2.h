@@ -28,6 +28,7 @@ class QListWidgetItem;
 class QUndoStack;
 class QKeyEvent;
 namespace ombrevale::workbench {
+class CarRecordPanel;
 class FontChoice;
 class KeptCopy;
 class KeptOffer;
@@ -234,6 +235,7 @@ private:
     void ShowUnsaved(bool unsaved, int edits);
     ombrevale::workbench::KeptCopy* kept_ = nullptr;
     ombrevale::workbench::FontChoice* fontChoice_ = nullptr;
+    ombrevale::workbench::CarRecordPanel* carPanel_ = nullptr;
     ombrevale::workbench::KeptOffer* keptOffer_ = nullptr;
 
     std::unique_ptr<clsSTY> oSty;

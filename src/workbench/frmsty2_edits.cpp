@@ -14,6 +14,7 @@
 #include "pixels/pictureimport.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "workbench/carrecordpanel.h"
 #include "workbench/edithistory.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
@@ -81,7 +82,7 @@ void frmSTY2::WireEdits() {
     auto* exportSprite = new QAction(QStringLiteral("Export picture..."), this);
     connect(importSprite, &QAction::triggered, this, [this] { tlbMain_ButtonClick(QStringLiteral("import")); });
     connect(exportSprite, &QAction::triggered, this, [this] { tlbMain_ButtonClick(QStringLiteral("export")); });
-    picSpriteZoom->SetMoreActions({importSprite, exportSprite});
+    picSpriteZoom->SetMoreActions(QList<QAction*>{importSprite, exportSprite} + carPanel_->Actions());
 }
 
 void frmSTY2::SheetMenu(const QPoint& at) {
@@ -152,6 +153,15 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
             break;
         case Kind::Recycling:
             FillRecycleList();
+            break;
+        case Kind::Car:
+            // A sprite byte may move every later car onto another record: choose the sprite afresh.
+            if (lstSprites->currentRow() >= 0) {
+                const int remap = lstRemaps->currentRow(), delta = cmbDeltas->currentIndex();
+                lstSprites_Click();
+                if (remap < lstRemaps->count()) lstRemaps->setCurrentRow(remap);
+                if (cmbDeltas->isEnabled()) cmbDeltas->setCurrentIndex(delta);
+            }
             break;
     }
     sSelKind = kind0;

@@ -11,6 +11,7 @@
 #include "pixels/paletteusage.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
 #include "workbench/twips.h"
@@ -99,6 +100,8 @@ void frmSTY2::BuildSpritePanes() {
 }
 
 void frmSTY2::lstSprites_Click() {
+    // Also when the list empties: no sprite, no record over it.
+    if (carPanel_) carPanel_->Refresh();
     const int row = lstSprites->currentRow();
     if (row < 0) return;
     iSelNum = static_cast<std::int16_t>(row);

@@ -68,6 +68,12 @@ INSTANTIATE_TEST_SUITE_P(
                       Edit{"deltaShorter", Kind::Deltas, 0, [](clsSTY& d) { RemakeDelta(d, 1); }},
                       Edit{"deltaLonger", Kind::Deltas, 0, [](clsSTY& d) { RemakeDelta(d, 300); }},
                       Edit{"palette", Kind::Palette, 1, [](clsSTY&) { modDeclares::STYPalData.at(1)[40] ^= 0xFF; }},
+                      Edit{"carRecord", Kind::Car, 2,
+                           [](clsSTY&) {
+                               auto& car = modDeclares::STYCarInfo.at(2);
+                               car.remaps.push_back(1);
+                               car.doors.clear();
+                           }},
                       Edit{"recycling", Kind::Recycling, 0,
                            [](clsSTY&) { modDeclares::STYRecycle.insert(modDeclares::STYRecycle.begin(), 7); }}),
     [](const auto& row) { return std::string(row.param.name); });

@@ -94,6 +94,8 @@ std::vector<HostileCase> HostileCases() {
         {"DeltaRecordCut", Section("DELX", 6, Cat({LE16(1), {255, 0}, LE16(3)}))},
         {"CarRemapsCut", Section("CARI", 15, {1, 1, 8, 8, 200, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1})},
         {"CarDoorsCut", Section("CARI", 15, {1, 1, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 5, 1, 0})},
+        // Two remaps carry the record past its section, into what follows.
+        {"CarPastItsSection", Section("CARI", 15, {1, 1, 8, 8, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 40, 41, 0})},
         {"HeadCutInSize", Cat({Text("GBST"), LE16(600), Text("TILE"), {0, 1}})},
         {"MagicOnly", Text("GBST")},
     };
@@ -139,6 +141,9 @@ INSTANTIATE_TEST_SUITE_P(
         WarningCase{"NoFonts", StyleBytes().Add("FONB", LE16(0)), {"the FONB section holds no fonts"}},
         WarningCase{"EmptySprites", StyleBytes().Add("SPRX", {}), {"the SPRX section holds no sprite records"}},
         WarningCase{"EmptyRecycling", StyleBytes().Add("RECY", {}), {"the RECY section holds no recycling list"}},
+        WarningCase{"CarWithSixDoors",
+                    StyleBytes().Add("CARI", Cat({{7, 1, 8, 8, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 6}, Bytes(12, 0)})),
+                    {"the car record of model 7 lists more than 5 doors, which the game does not take"}},
         WarningCase{"ThreeStrayBytes",
                     StyleBytes().Add("RECY", {1, 255}).Raw({1, 2, 3}),
                     {"3 stray bytes after the last section were passed over"}},

@@ -16,6 +16,7 @@ struct Shape {
     bool discard = false;
     bool font = false;
     bool skipRefused = false;
+    bool set = false;
 };
 
 struct Command {
@@ -36,6 +37,10 @@ const std::vector<Command>& Commands() {
          "STYLE OUT",
          "writes the style again as OUT; an OUT already there is kept as OUT.bak",
          {2, false, false, false, false, false}},
+        {"car",
+         "STYLE MODEL [--set FIELD=VALUE... OUT]",
+         "prints the car record of MODEL as JSON; with --set, changes those fields and saves the style as OUT",
+         {2, false, false, false, false, false, {1}, 3, false, false, false, true}},
         {"tile",
          "STYLE N OUT.bmp",
          "writes tile N as a 64 x 64 BMP picture",
@@ -157,6 +162,9 @@ Args ParseArgs(const std::vector<std::string>& argv) {
             args.skipRefused = true;
         } else if (a == "--font" && shape.font && !args.font) {
             args.font = ParseNumber(value(a), "--font");
+        } else if (a == "--set" && shape.set) {
+            if (i + 1 >= argv.size()) throw UsageError("--set needs FIELD=VALUE");
+            args.sets.push_back(argv[++i]);
         } else if (a == "--discard" && shape.discard && !args.discard) {
             args.discard = true;
         } else if (a.size() > 1 && a[0] == '-' && !(a[1] >= '0' && a[1] <= '9')) {
@@ -176,6 +184,9 @@ Args ParseArgs(const std::vector<std::string>& argv) {
     }
     if (!fits)
         throw UsageError(args.command + " takes " + wanted + " argument(s), not " + std::to_string(args.words.size()));
+    // --set and OUT come together.
+    if (shape.set && args.sets.empty() != (args.words.size() == shape.words))
+        throw UsageError(args.sets.empty() ? args.command + " writes OUT only with --set" : "--set needs OUT");
     for (std::size_t i : shape.numbers) ParseNumber(args.words[i], "argument " + std::to_string(i + 1));
     return args;
 }

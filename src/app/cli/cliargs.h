@@ -22,6 +22,8 @@ struct Args {
     bool skipRefused = false;
     // A style's own font, from 1; none: the fixed rule.
     std::optional<std::int64_t> font;
+    // FIELD=VALUE, in the order given.
+    std::vector<std::string> sets;
 };
 
 // --pal as the document takes it: -1 for the sprite's own palette.

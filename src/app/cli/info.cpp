@@ -20,22 +20,6 @@ QJsonArray List(const T& values, std::size_t count) {
     return out;
 }
 
-QJsonObject CarJson(const modDeclares::CarRecord& r) {
-    return {{"model", r.model},
-            {"sprite", r.sprite},
-            {"width", r.width},
-            {"height", r.height},
-            {"passengers", r.passengers},
-            {"wreck", r.wreck},
-            {"rating", r.rating},
-            {"front_wheel_offset", r.frontWheelOffset},
-            {"rear_wheel_offset", r.rearWheelOffset},
-            {"front_window_offset", r.frontWindowOffset},
-            {"rear_window_offset", r.rearWindowOffset},
-            {"remaps", List(r.remaps, r.numRemaps)},
-            {"doors", r.numDoors}};
-}
-
 QJsonArray Sections(const clsSTY& doc) {
     QJsonArray out;
     for (int i = 0; i < kSectionCount; ++i)
@@ -59,6 +43,22 @@ QJsonObject Surfaces(const clsSTY& doc, QJsonArray& warnings) {
 }
 
 }  // namespace
+
+QJsonObject CarJson(const modDeclares::CarRecord& r) {
+    return {{"model", r.model},
+            {"sprite", r.sprite},
+            {"width", r.width},
+            {"height", r.height},
+            {"passengers", r.passengers},
+            {"wreck", r.wreck},
+            {"rating", r.rating},
+            {"front_wheel_offset", r.frontWheelOffset},
+            {"rear_wheel_offset", r.rearWheelOffset},
+            {"front_window_offset", r.frontWindowOffset},
+            {"rear_window_offset", r.rearWindowOffset},
+            {"remaps", List(r.remaps, r.numRemaps)},
+            {"doors", r.numDoors}};
+}
 
 int RunInfo(const Args& args) {
     clsSTY doc;

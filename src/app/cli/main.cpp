@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
         const Args args = ParseArgs(words);
         static const std::map<std::string, int (*)(const Args&)> run = {
             {"info", RunInfo},
+            {"car", RunCar},
             {"save", RunSave},
             {"tile", RunTile},
             {"sprite", RunSprite},

@@ -49,7 +49,9 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"ImportPaletteTakesNoColumns", {"import-palette", "STYLE", "1", "P.pal", "OUT", "--columns", "3"}},
         Case{"ImportSpriteTakesNoPng", {"import-sprite", "STYLE", "1", "P", "OUT", "--png"}},
         Case{"ImportSpriteTakesNoTransparent", {"import-sprite", "STYLE", "1", "P", "OUT", "--transparent"}},
-        Case{"ImportDeltaTakesNoColumns", {"import-delta", "STYLE", "1", "0", "P", "OUT", "--columns", "3"}}),
+        Case{"ImportDeltaTakesNoColumns", {"import-delta", "STYLE", "1", "0", "P", "OUT", "--columns", "3"}},
+        Case{"CarSetWithoutOut", {"car", "STYLE", "3", "--set", "width=3"}},
+        Case{"CarNoSuchField", {"car", "STYLE", "3", "--set", "colour=3", "OUT.sty"}}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // One line that starts with the file it is about, exit 1, no other file made.
@@ -88,7 +90,12 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"SpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
                       Case{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
                       Case{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
-                      Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"}),
+                      Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"},
+                      Case{"CarNoSuchModel", {"car", "STYLE", "200"}, "has no car record of model 200"},
+                      Case{"CarWidth", {"car", "STYLE", "3", "--set", "width=129", "OUT.sty"}, "(0..128)"},
+                      Case{"CarSixDoors",
+                           {"car", "STYLE", "3", "--set", "door_positions=1:1 1:1 1:1 1:1 1:1 1:1", "OUT.sty"},
+                           "at most 5"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // One row for each way a load fails; the document's own tests hold the many files behind each.

@@ -280,6 +280,36 @@ TEST_F(Cli, InfoReportsWhatTheDocumentLoaded) {
     EXPECT_EQ(info["surface_spec_bytes"].toInt(), static_cast<int>(doc_->STYSurfaceSpec.size()));
 }
 
+QJsonObject CarOf(const std::string& style, int model) {
+    const auto r = RunCli({"car", style, std::to_string(model)});
+    EXPECT_EQ(r.exitCode, 0) << r.err;
+    return QJsonDocument::fromJson(QByteArray::fromStdString(r.out)).object();
+}
+
+// car prints what info prints of that model and where its doors are; --set
+// changes that record as asked, the offsets' bytes either way, and no other.
+TEST_F(Cli, CarPrintsARecordAndSetsItsFields) {
+    const QJsonObject info = InfoOf(kSample);
+    const QJsonObject car = CarOf(kSample, 5);
+    QJsonObject want = info["cars"].toArray()[5].toObject();
+    ASSERT_EQ(want["model"].toInt(), 5);
+    for (const QString& key : want.keys()) EXPECT_EQ(car[key], want[key]) << key.toStdString();
+    EXPECT_EQ(car["door_positions"].toArray().size(), want["doors"].toInt());
+
+    Run({"car", "STYLE", "5", "--set", "width=20", "--set", "remaps=1, 2", "--set", "door_positions=-3:4", "--set",
+         "front_wheel_offset=-2", "OUT.sty"});
+    want["width"] = 20;
+    want["remaps"] = QJsonArray{1, 2};
+    want["doors"] = 1;
+    want["front_wheel_offset"] = 254;
+    const QJsonObject changed = CarOf(dir_.File("OUT.sty"), 5);
+    for (const QString& key : want.keys()) EXPECT_EQ(changed[key], want[key]) << key.toStdString();
+    EXPECT_EQ(changed["door_positions"], (QJsonArray{QJsonArray{-3, 4}}));
+    QJsonArray others = InfoOf(dir_.File("OUT.sty"))["cars"].toArray();
+    others[5] = info["cars"].toArray()[5];
+    EXPECT_EQ(others, info["cars"].toArray());
+}
+
 TEST(CliInfo, SectionsFollowThePresentFlagsAndWarningsAreListed) {
     ombrevale::testsupport::TempDir dir;
     const std::string style = dir.File("small.sty");
