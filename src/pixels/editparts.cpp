@@ -10,6 +10,8 @@ bool HasPalette(std::int32_t p) { return p >= 0 && static_cast<std::size_t>(p) <
 
 bool HasCar(std::int32_t r) { return r >= 0 && static_cast<std::size_t>(r) < modDeclares::STYCarInfo.size(); }
 
+bool HasEntry(std::int32_t v) { return v >= 0 && static_cast<std::size_t>(v) < modDeclares::STYPalIndex.size(); }
+
 bool HasTile(const clsSTY& doc, std::int32_t t) {
     return t >= 0 && static_cast<std::size_t>(t) < doc.STYTileStore.size();
 }
@@ -72,6 +74,12 @@ Part Take(const clsSTY& doc, Kind kind, std::int32_t number) {
         case Kind::Car:
             if (HasCar(number)) part.car = modDeclares::STYCarInfo[static_cast<std::size_t>(number)];
             break;
+        case Kind::PaletteEntry:
+            if (HasEntry(number)) part.value = modDeclares::STYPalIndex[static_cast<std::size_t>(number)];
+            break;
+        case Kind::PaletteCount:
+            part.value = doc.iPalCount;
+            break;
     }
     return part;
 }
@@ -101,6 +109,15 @@ void Put(clsSTY& doc, const Part& part) {
         case Kind::Car:
             if (part.car && HasCar(part.number))
                 modDeclares::STYCarInfo[static_cast<std::size_t>(part.number)] = *part.car;
+            break;
+        case Kind::PaletteEntry:
+            if (HasEntry(part.number))
+                modDeclares::STYPalIndex[static_cast<std::size_t>(part.number)] = static_cast<std::int16_t>(part.value);
+            break;
+        case Kind::PaletteCount:
+            // Palettes past the count go with it; ones it gains start as zeros.
+            doc.iPalCount = static_cast<std::int16_t>(part.value);
+            modDeclares::STYPalData.resize(static_cast<std::size_t>(std::max(part.value, 0)));
             break;
     }
 }

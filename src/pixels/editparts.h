@@ -14,7 +14,9 @@
 
 namespace ombrevale::editparts {
 
-enum class Kind { Tile, Sprite, Deltas, Palette, Recycling, Car };
+// PaletteEntry: one entry of PALX. PaletteCount: how many palettes PPAL holds,
+// which a palette of a picture's own may raise by a page.
+enum class Kind { Tile, Sprite, Deltas, Palette, Recycling, Car, PaletteEntry, PaletteCount };
 
 struct Part {
     // Where a narrowed part of the deltas goes: its bytes take the place of
@@ -36,6 +38,8 @@ struct Part {
     std::vector<modDeclares::DeltaEntry> deltaIndex;
     // None: bytes is the whole delta store.
     std::optional<Splice> splice;
+    // The physical palette the entry names, or the count of palettes.
+    std::int32_t value = 0;
 
     bool operator==(const Part&) const = default;
 };

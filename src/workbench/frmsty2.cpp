@@ -45,6 +45,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     WireViews();
     WireEdits();
     WireKeptEdits();
+    WireFolderImport();
     qApp->installEventFilter(this);
     Form_Load();
 }

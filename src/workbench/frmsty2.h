@@ -36,6 +36,15 @@ class SurfaceOverlay;
 class SurfaceLegend;
 class ZoomLens;
 }  // namespace ombrevale::workbench
+namespace ombrevale::picturefile {
+struct Picture;
+}
+namespace ombrevale::pictureimport {
+struct Fitted;
+}
+namespace ombrevale::ownpalette {
+struct Target;
+}
 
 class frmSTY2 : public QWidget {
     Q_OBJECT
@@ -124,10 +133,15 @@ public:
     // Makes change (false: it changed nothing and has said why) one step that Undo takes back.
     bool RecordEdit(ombrevale::editparts::Kind kind, std::int32_t number, const QString& text,
                     const std::function<bool()>& change);
+    // The same for an edit of several parts, in the order redo puts them; undo goes backwards.
+    bool RecordEdits(const std::vector<std::pair<ombrevale::editparts::Kind, std::int32_t>>& parts, const QString& text,
+                     const std::function<bool()>& change);
     // Redraws what shows the part just changed or put back: its cell, the sprite, the strip, the list.
     void ShowEdited(ombrevale::editparts::Kind kind, std::int32_t number);
     // A picture into the selected tile, sprite or delta.
     void ImportPicture();
+    // A folder as the export writes it, back into the style as one step (frmsty2_folder.cpp).
+    void ImportFolder();
     QUndoStack* undoStack = nullptr;
 
     // The file that "save" writes: the last one opened, loaded or saved as.
@@ -181,6 +195,13 @@ private:
     // A history of another document means nothing: every load starts a new one.
     void ForgetEdits();
     void RedrawTile(std::int32_t t);
+    // A fitted picture into its target: as fitted, or, when the palette lacks
+    // colours, the way the user chooses: nearest colours or a palette of the
+    // target's own (frmsty2_colours.cpp).
+    void ImportFitted(const ombrevale::picturefile::Picture& pic, const ombrevale::pictureimport::Fitted& fitted,
+                      std::int16_t pal, const ombrevale::ownpalette::Target& target, const QString& path);
+    void ShowPaletteEntry(std::int32_t entry);
+    void ShowPaletteCount();
     bool EditKey(const QKeyEvent* key);
     void SheetMenu(const QPoint& at);
     void FillRecycleList();
@@ -225,6 +246,7 @@ private:
     void SetScrollMax(int max);
     void HandOverToEditor();
     void WireKeptEdits();
+    void WireFolderImport();
     // After a load of path: the kept edits of that style, if any, are offered.
     void OfferKeptEdits(const std::string& path);
     void RestoreKeptEdits();

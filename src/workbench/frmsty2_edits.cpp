@@ -11,6 +11,7 @@
 #include <QUndoStack>
 
 #include "pixels/checks.h"
+#include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
@@ -30,33 +31,41 @@ namespace {
 
 constexpr int kCell = 64;
 
-// One step of the history: the part of the stores it changed, before and after.
+// One step of the history: the parts of the stores it changed, before and after.
 class StyleEdit : public ombrevale::workbench::EditStep {
 public:
-    StyleEdit(frmSTY2* window, const QString& text, Part before, Part after)
+    StyleEdit(frmSTY2* window, const QString& text, std::vector<Part> before, std::vector<Part> after)
         : EditStep(text), window_(window), before_(std::move(before)), after_(std::move(after)) {
         // Else a delta step would hold the whole delta store twice.
-        ombrevale::editparts::Narrow(before_, after_);
+        for (std::size_t i = 0; i < before_.size() && i < after_.size(); ++i)
+            ombrevale::editparts::Narrow(before_[i], after_[i]);
     }
-    void undo() override { Show(before_); }
+    // Redo puts the parts in turn, undo backwards.
+    void undo() override { Show(before_.rbegin(), before_.rend()); }
     void redo() override {
         // The edit itself has already been made when the step is recorded.
         if (std::exchange(first_, false)) return;
-        Show(after_);
+        Show(after_.begin(), after_.end());
     }
-    std::size_t Bytes() const override { return sizeof(*this) + ombrevale::editparts::StepBytes(before_, after_); }
+    std::size_t Bytes() const override {
+        std::size_t n = sizeof(*this);
+        for (std::size_t i = 0; i < before_.size() && i < after_.size(); ++i)
+            n += ombrevale::editparts::StepBytes(before_[i], after_[i]);
+        return n;
+    }
     std::unique_ptr<EditStep> Moved() override {
         return std::make_unique<StyleEdit>(window_, text(), std::move(before_), std::move(after_));
     }
 
 private:
-    void Show(const Part& part) {
-        ombrevale::editparts::Put(window_->Sty(), part);
-        window_->ShowEdited(part.kind, part.number);
+    template <typename It>
+    void Show(It first, It last) {
+        for (It p = first; p != last; ++p) ombrevale::editparts::Put(window_->Sty(), *p);
+        for (It p = first; p != last; ++p) window_->ShowEdited(p->kind, p->number);
     }
     frmSTY2* window_;
-    Part before_;
-    Part after_;
+    std::vector<Part> before_;
+    std::vector<Part> after_;
     bool first_ = true;
 };
 
@@ -114,11 +123,17 @@ bool frmSTY2::EditKey(const QKeyEvent* key) {
 }
 
 bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, const std::function<bool()>& change) {
+    return RecordEdits({{kind, number}}, text, change);
+}
+
+bool frmSTY2::RecordEdits(const std::vector<std::pair<Kind, std::int32_t>>& parts, const QString& text,
+                          const std::function<bool()>& change) {
     if (busy_ || !MayReplaceKeptEdits()) return false;
-    Part before = ombrevale::editparts::Take(Sty(), kind, number);
+    std::vector<Part> before, after;
+    for (const auto& [kind, number] : parts) before.push_back(ombrevale::editparts::Take(Sty(), kind, number));
     if (!change()) return false;
-    Part after = ombrevale::editparts::Take(Sty(), kind, number);
-    ShowEdited(kind, number);
+    for (const auto& [kind, number] : parts) after.push_back(ombrevale::editparts::Take(Sty(), kind, number));
+    for (const auto& [kind, number] : parts) ShowEdited(kind, number);
     // A step that changed nothing would only make the user press Undo twice.
     if (after != before)
         ombrevale::workbench::EditHistory::Of(undoStack).Push(
@@ -139,6 +154,12 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
     switch (kind) {
         case Kind::Tile:
             RedrawTile(number);
+            break;
+        case Kind::PaletteEntry:
+            ShowPaletteEntry(number);
+            break;
+        case Kind::PaletteCount:
+            ShowPaletteCount();
             break;
         case Kind::Palette:
             for (std::int32_t t = 0; t < Sty().GetNumOfTiles(); ++t)
@@ -207,19 +228,10 @@ void frmSTY2::ImportPicture() {
     const ByteString present =
         tile ? imp::TileNumbers(Sty(), n) : imp::SpriteNumbers(Sty(), n, sSelKind == "d" ? delta : std::int16_t{-1});
     const imp::Fitted fitted = imp::Fit(pic, *pal, present);
-    if (fitted.changed > 0 &&
-        !ombrevale::panesdialogs::Question(
-            this, QStringLiteral("%1 of %2 pixels of %3 have colours that palette %4 does not hold.\n\n"
-                                 "Import the picture with the nearest colour of the palette in their place?")
-                      .arg(fitted.changed)
-                      .arg(pic.colours.size())
-                      .arg(path)
-                      .arg(*pal)))
-        return;
-    const Kind kind = tile ? Kind::Tile : sSelKind == "d" ? Kind::Deltas : Kind::Sprite;
-    RecordEdit(kind, n, QStringLiteral("import into %1").arg(QString::fromStdString(name)), [&] {
-        if (kind == Kind::Tile) return imp::IntoTile(Sty(), n, fitted.numbers);
-        if (kind == Kind::Sprite) return imp::IntoSprite(Sty(), n, fitted.numbers);
-        return imp::IntoDelta(Sty(), static_cast<std::int16_t>(n), delta, fitted.numbers);
-    });
+    namespace own = ombrevale::ownpalette;
+    const own::Target target{tile              ? own::TargetKind::Tile
+                             : sSelKind == "d" ? own::TargetKind::Delta
+                                               : own::TargetKind::Sprite,
+                             n, delta};
+    ImportFitted(pic, fitted, *pal, target, path);
 }

@@ -4,6 +4,8 @@
 #include <QInputDialog>
 #include <QMessageBox>
 
+#include "workbench/colourchoice.h"
+
 namespace ombrevale::panesdialogs {
 namespace {
 Dialogs& Installed() {
@@ -26,6 +28,7 @@ std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt) {
 QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
                    const QString& sFolder) {
     if (Installed().fileDialog) return Installed().fileDialog(parent, mode, sCaption, sFilter, sFolder);
+    if (mode == FileMode::Folder) return QFileDialog::getExistingDirectory(parent, sCaption, sFolder);
     return mode == FileMode::Open ? QFileDialog::getOpenFileName(parent, sCaption, sFolder, sFilter)
                                   : QFileDialog::getSaveFileName(parent, sCaption, sFolder, sFilter);
 }
@@ -33,6 +36,11 @@ QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, cons
 bool Question(QWidget* parent, const QString& sPrompt) {
     if (Installed().question) return Installed().question(parent, sPrompt);
     return QMessageBox::question(parent, QStringLiteral("Ombrevale"), sPrompt) == QMessageBox::Yes;
+}
+
+workbench::ColourAnswer ChooseColours(workbench::ColourChoice& dialog) {
+    if (Installed().colourChoice) return Installed().colourChoice(dialog);
+    return static_cast<workbench::ColourAnswer>(dialog.exec());
 }
 
 }  // namespace ombrevale::panesdialogs

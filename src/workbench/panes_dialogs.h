@@ -1,16 +1,21 @@
 #pragma once
-// The questions the panes ask the user: an input box, file dialogs and yes or no. Tests
-// put their own answers in place of the real dialogs.
+// The questions the panes ask the user: an input box, file dialogs, yes or no,
+// and the colours of an imported picture. Tests put their own answers in place
+// of the real dialogs.
 
 #include <QString>
 #include <functional>
 #include <optional>
 
 class QWidget;
+namespace ombrevale::workbench {
+class ColourChoice;
+enum class ColourAnswer : int;
+}  // namespace ombrevale::workbench
 
 namespace ombrevale::panesdialogs {
 
-enum class FileMode { Open, Save };
+enum class FileMode { Open, Save, Folder };
 
 struct Dialogs {
     // The reply, or nothing when the box was cancelled.
@@ -22,6 +27,8 @@ struct Dialogs {
         fileDialog;
     // True for Yes.
     std::function<bool(QWidget* parent, const QString& sPrompt)> question;
+    // The answer to a colour choice, made but not shown, so a test sees what it offers.
+    std::function<workbench::ColourAnswer(workbench::ColourChoice& dialog)> colourChoice;
 };
 
 // Replaces the dialogs; an empty function means the real Qt dialog.
@@ -30,5 +37,6 @@ std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt);
 QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
                    const QString& sFolder);
 bool Question(QWidget* parent, const QString& sPrompt);
+workbench::ColourAnswer ChooseColours(workbench::ColourChoice& dialog);
 
 }  // namespace ombrevale::panesdialogs

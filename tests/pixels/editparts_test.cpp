@@ -75,7 +75,14 @@ INSTANTIATE_TEST_SUITE_P(
                                car.doors.clear();
                            }},
                       Edit{"recycling", Kind::Recycling, 0,
-                           [](clsSTY&) { modDeclares::STYRecycle.insert(modDeclares::STYRecycle.begin(), 7); }}),
+                           [](clsSTY&) { modDeclares::STYRecycle.insert(modDeclares::STYRecycle.begin(), 7); }},
+                      Edit{"paletteEntry", Kind::PaletteEntry, 7, [](clsSTY&) { modDeclares::STYPalIndex.at(7) ^= 1; }},
+                      // A page added for a picture's own palette: it goes, and comes back as zeros.
+                      Edit{"paletteCount", Kind::PaletteCount, 0,
+                           [](clsSTY& d) {
+                               modDeclares::STYPalData.resize(modDeclares::STYPalData.size() + 64);
+                               d.iPalCount = static_cast<std::int16_t>(d.iPalCount + 64);
+                           }}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // Narrowed sides that share bytes at both ends, where the shared head and tail could overlap.

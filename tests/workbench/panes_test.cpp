@@ -14,6 +14,7 @@
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
+#include "workbench/colourchoice.h"
 #include "workbench/edithistory.h"
 #include "workbench/fontchoice.h"
 #include "workbench/frmsty2.h"
@@ -73,7 +74,7 @@ void CtrlWheel(QWidget* on, int notches) {
     }
 }
 
-enum class Edit { Tile, Sprite, Delta, Colour, Jasc, RecycleAdd, RecycleRemove };
+enum class Edit { Tile, TileOwnPalette, Sprite, Delta, Colour, Jasc, RecycleAdd, RecycleRemove };
 enum class Shows { Cell, Sprite, List };
 enum class Chosen { None, Palette, Tile };  // palette 1, tile 5
 constexpr int kTile = 5;
@@ -100,6 +101,10 @@ class PanesTest : public QObject {
     QStringList folders_;           // where each file dialog started
     std::optional<QString> reply_;  // the input box; nothing: Cancel
     bool yes_ = true;               // what a question answers
+    // What the colour choice answers while yes_, and the previews it offered.
+    ombrevale::workbench::ColourAnswer choice_ = ombrevale::workbench::ColourAnswer::Nearest;
+    QImage nearestPreview_, ownPreview_;
+    QString ownNote_;
     frmSTY2& W() { return *w_; }
     QString F(const std::string& name) const { return QString::fromStdString(dir_.File(name)); }
     // The messages the window gave while f ran.
@@ -125,6 +130,8 @@ class PanesTest : public QObject {
     State Make(Edit edit) {
         switch (edit) {
             case Edit::Tile:
+            case Edit::TileOwnPalette:
+                if (edit == Edit::TileOwnPalette) choice_ = ombrevale::workbench::ColourAnswer::OwnPalette;
                 W().picMain_MouseUp(1, 0, kTile * 64 + 32, 32);
                 answers_ = {F("tile.png")};
                 break;
@@ -191,13 +198,22 @@ private slots:
                  folders_ << folder;
                  return answers_.isEmpty() ? QString() : answers_.takeFirst();
              },
-             [this](QWidget*, const QString&) { return yes_; }});
+             [this](QWidget*, const QString&) { return yes_; },
+             [this](ombrevale::workbench::ColourChoice& d) {
+                 nearestPreview_ = d.NearestPreview();
+                 ownPreview_ = d.OwnPreview();
+                 ownNote_ = d.OwnButton()->isEnabled() ? QString() : d.OwnNote()->text();
+                 return yes_ ? choice_ : ombrevale::workbench::ColourAnswer::Cancel;
+             }});
     }
     void init() {
         w_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
         answers_ = folders_ = {};
         reply_.reset();
         yes_ = true;
+        choice_ = ombrevale::workbench::ColourAnswer::Nearest;
+        nearestPreview_ = ownPreview_ = {};
+        ownNote_.clear();
     }
     // Sprites page
 
@@ -570,6 +586,36 @@ private slots:
         QVERIFY(ombrevale::stylewriter::ReadFile(path) == edited);
     }
 
+    // A folder of the export's files goes in as one step: what differs changes, the rest stays, Undo takes all back.
+    void importFolder() {
+        const QString folder = F("folder");
+        QDir().mkpath(folder + "/tiles");
+        QDir().mkpath(folder + "/palettes");
+        QVERIFY(W().Sty().SaveTile(dir_.File("folder/tiles/tile-0005.bmp"), 5));
+        QVERIFY(W().Sty().SaveTile(dir_.File("folder/tiles/tile-0006.bmp"), 6));
+        QImage tile(folder + "/tiles/tile-0005.bmp");  // the exported colour numbers, one pixel moved
+        tile.setPixel(3, 3, uint(tile.pixelIndex(3, 3) + 1) % 256);
+        QVERIFY(tile.save(folder + "/tiles/tile-0005.bmp", "BMP"));
+        std::ofstream(dir_.File("folder/palettes/palette-999.pal")) << "JASC-PAL\n";
+        const State before = Now();
+        answers_ = {folder};
+        yes_ = false;  // to "import the changes that can" in spite of the refused palette
+        QCOMPARE(Says([&] { W().ImportFolder(); }), 0);
+        QVERIFY(Now() == before);
+        answers_ = {folder};
+        yes_ = true;
+        ombrevale::testsupport::HookRecorder hooks;
+        W().ImportFolder();
+        QCOMPARE(hooks.messages().size(), std::size_t(1));
+        QVERIFY2(QString::fromStdString(hooks.messages()[0]).contains("1 changed, 1 unchanged, 1 refused."),
+                 hooks.messages()[0].c_str());
+        QCOMPARE(W().Sty().STYTileStore.at(5)[3 * 64 + 3], std::uint8_t(tile.pixelIndex(3, 3)));
+        QVERIFY(Now().cell != before.cell);
+        QCOMPARE(W().undoStack->count(), 1);
+        W().undoStack->undo();
+        QVERIFY(Now() == before);
+    }
+
     // Events that arrive through a progress step while Refresh loads the style
     // or draws the sheet: none may crash or draw outside its picture, and once
     // the Refresh ends the stores and the sheet are what a quiet Refresh gives.
@@ -754,6 +800,8 @@ private slots:
         QTest::addColumn<Shows>("shows");
         QTest::addColumn<bool>("ctrlY");  // else Ctrl+Shift+Z
         QTest::newRow("tile import, colours mapped") << Edit::Tile << Shows::Cell << true;
+        // Pixels, palette, PALX entry and palette count in one step.
+        QTest::newRow("tile import, own palette") << Edit::TileOwnPalette << Shows::Cell << false;
         QTest::newRow("sprite import") << Edit::Sprite << Shows::Sprite << false;
         QTest::newRow("delta import") << Edit::Delta << Shows::Sprite << true;
         QTest::newRow("colour write") << Edit::Colour << Shows::Cell << false;
@@ -781,6 +829,51 @@ private slots:
         QVERIFY(Now() == after && hooks.messages().empty());
         W().cmdGen_Click();
         QVERIFY(!Button("undo")->isEnabled() && !Button("redo")->isEnabled());
+    }
+
+    // The choice for a picture the palette does not hold shows both ways at 2x, and
+    // the way chosen is what the sheet shows afterwards; a delta has no own way.
+    void colourChoice_data() {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("delta");
+        QTest::newRow("nearest colours") << int(ombrevale::workbench::ColourAnswer::Nearest) << false;
+        QTest::newRow("own palette") << int(ombrevale::workbench::ColourAnswer::OwnPalette) << false;
+        QTest::newRow("delta") << int(ombrevale::workbench::ColourAnswer::Cancel) << true;
+    }
+    void colourChoice() {
+        QFETCH(int, answer);
+        QFETCH(bool, delta);
+        choice_ = ombrevale::workbench::ColourAnswer(answer);
+        if (delta) {
+            W().lstSprites->setCurrentRow(0);
+            W().cmbDeltas->setCurrentIndex(1);
+            std::int16_t own = -1;
+            QVERIFY(W().Sty().SaveSprite(dir_.File("sprite.bmp"), 0, own));
+            QImage sprite = Rgb(QImage(F("sprite.bmp")));
+            sprite.setPixel(1, 1, qRgb(1, 2, 3));
+            QVERIFY(sprite.save(F("sprite.png")));
+            answers_ = {F("sprite.png")};
+        } else {
+            W().picMain_MouseUp(1, 0, kTile * 64 + 32, 32);
+            answers_ = {F("tile.png")};
+        }
+        W().tlbMain_ButtonClick(QStringLiteral("import"));
+        QVERIFY(!nearestPreview_.isNull());
+        if (delta) {
+            QVERIFY2(ownPreview_.isNull() && ownNote_.contains("drawn in its sprite's palette"), qPrintable(ownNote_));
+            return;
+        }
+        QCOMPARE(nearestPreview_.size(), QSize(128, 128));
+        QCOMPARE(ownPreview_.size(), QSize(128, 128));
+        const QImage chosen =
+            Rgb(answer == int(ombrevale::workbench::ColourAnswer::Nearest) ? nearestPreview_ : ownPreview_);
+        PictureBox box;
+        box.resize(64, 64);
+        QVERIFY(W().Sty().RenderTile(kTile, box));
+        const QImage tile = Rgb(box.image());
+        for (int y = 0; y < 64; ++y)
+            for (int x = 0; x < 64; ++x)
+                for (int k = 0; k < 4; ++k) QCOMPARE(chosen.pixel(2 * x + k % 2, 2 * y + k / 2), tile.pixel(x, y));
     }
 
     // Past its budget the history drops its oldest steps; the steps kept, a delta among them, still

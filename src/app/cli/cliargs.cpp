@@ -10,13 +10,14 @@ namespace {
 
 struct Shape {
     std::size_t words;
-    bool pal, png, columns, transparent, nearest;
+    bool pal = false, png = false, columns = false, transparent = false, nearest = false;
     std::vector<std::size_t> numbers = {};  // which words are numbers
     std::size_t orWords = 0;                // another number of words the command takes
     bool discard = false;
     bool font = false;
     bool skipRefused = false;
     bool set = false;
+    bool newPalette = false;
 };
 
 struct Command {
@@ -58,13 +59,15 @@ const std::vector<Command>& Commands() {
          "replaces palette P with a JASC-PAL file and saves the style as OUT",
          {4, false, false, false, false, false, {1}}},
         {"import-tile",
-         "STYLE N PICTURE OUT [--nearest]",
-         "puts a 64 x 64 picture (BMP or PNG) into tile N and saves the style as OUT",
-         {4, false, false, false, false, true, {1}}},
+         "STYLE N PICTURE OUT [--nearest] [--new-palette]",
+         "puts a 64 x 64 picture (BMP or PNG) into tile N and saves the style as OUT; --new-palette gives the "
+         "tile a palette of its own made from the picture",
+         {.words = 4, .nearest = true, .numbers = {1}, .newPalette = true}},
         {"import-sprite",
-         "STYLE N PICTURE OUT [--pal P] [--nearest]",
-         "puts a picture of the sprite's size into sprite N, drawn in palette P instead of its own",
-         {4, true, false, false, false, true, {1}}},
+         "STYLE N PICTURE OUT [--pal P | --new-palette] [--nearest]",
+         "puts a picture of the sprite's size into sprite N, drawn in palette P instead of its own, or in a new "
+         "palette of its own",
+         {.words = 4, .pal = true, .nearest = true, .numbers = {1}, .newPalette = true}},
         {"import-delta",
          "STYLE SPRITE D PICTURE OUT [--pal P] [--nearest]",
          "makes delta D of sprite SPRITE from the difference between a picture and the sprite",
@@ -158,6 +161,8 @@ Args ParseArgs(const std::vector<std::string>& argv) {
             args.transparent = true;
         } else if (a == "--nearest" && shape.nearest && !args.nearest) {
             args.nearest = true;
+        } else if (a == "--new-palette" && shape.newPalette && !args.newPalette) {
+            args.newPalette = true;
         } else if (a == "--skip-refused" && shape.skipRefused && !args.skipRefused) {
             args.skipRefused = true;
         } else if (a == "--font" && shape.font && !args.font) {

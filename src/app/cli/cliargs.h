@@ -17,6 +17,8 @@ struct Args {
     bool transparent = false;
     // Colours a palette does not hold may take its nearest.
     bool nearest = false;
+    // The picture gets a palette of its own.
+    bool newPalette = false;
     bool discard = false;
     // Writes the files that can go in when others are refused.
     bool skipRefused = false;

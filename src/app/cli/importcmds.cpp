@@ -4,7 +4,9 @@
 #include "checks.h"
 #include "clierror.h"
 #include "commands.h"
+#include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
+#include "quantise/reduce.h"
 #include "style/clssty.h"
 #include "workbench/picturereader.h"
 
@@ -13,13 +15,18 @@ namespace {
 
 using ombrevale::pictureimport::Fit;
 
+picturefile::Picture Read(const std::string& picture, std::int32_t w, std::int32_t h, const std::string& target) {
+    picturefile::Picture pic;
+    if (auto problem = workbench::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
+    if (auto problem = pictureimport::CheckSize(pic, w, h, target)) throw Failure(picture, problem->text);
+    return pic;
+}
+
 // The picture's colour numbers in palette pal; without --nearest a picture
 // whose colours the palette does not all hold is refused.
 ByteString NumbersFor(const Args& args, const std::string& picture, std::int32_t w, std::int32_t h,
                       const std::string& target, std::int16_t pal, const ByteString& present) {
-    picturefile::Picture pic;
-    if (auto problem = workbench::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
-    if (auto problem = pictureimport::CheckSize(pic, w, h, target)) throw Failure(picture, problem->text);
+    const picturefile::Picture pic = Read(picture, w, h, target);
     const auto fitted = Fit(pic, pal, present);
     const std::string counted =
         std::to_string(fitted.changed) + " of " + std::to_string(pic.colours.size()) + " pixels";
@@ -32,6 +39,30 @@ ByteString NumbersFor(const Args& args, const std::string& picture, std::int32_t
 
 void Refused(const std::string& picture) { throw Failure(picture, DocumentVoice::Take("was not imported")); }
 
+// --new-palette: the picture in a palette of its own. False when the style
+// has no room for one and --nearest lets the nearest colours stand in.
+bool WithOwnPalette(const Args& args, clsSTY& doc, const ownpalette::Target& target, const std::string& picture,
+                    std::int32_t w, std::int32_t h) {
+    if (!args.newPalette) return false;
+    const std::string name = ownpalette::Describe(target);
+    const picturefile::Picture pic = Read(picture, w, h, name);
+    const ownpalette::Plan plan = ownpalette::PlanFor(doc, target);
+    if (!plan.place && args.nearest) {
+        std::printf("%s Taking the nearest colours instead.\n", plan.refusal.c_str());
+        return false;
+    }
+    if (!plan.place) throw Failure(picture, plan.refusal + " Give --nearest to take the nearest colours instead.");
+    const std::int16_t count = doc.GetNumOfPals();
+    const auto place = quantise::ImportOwnPalette(doc, target, pic);
+    if (!place) Refused(picture);
+    if (place->inPlace)
+        std::printf("palette %d rewritten: %s is its only user\n", place->palette, name.c_str());
+    else
+        std::printf("%s has palette %d of its own%s\n", name.c_str(), place->palette,
+                    doc.GetNumOfPals() > count ? ", on a page of 64 palettes added to the style" : "");
+    return true;
+}
+
 }  // namespace
 
 int RunImportTile(const Args& args) {
@@ -41,6 +72,11 @@ int RunImportTile(const Args& args) {
     clsSTY doc;
     LoadStyle(doc, style);
     const std::int16_t pal = CheckedTilePalette(doc, style, n);
+    if (WithOwnPalette(args, doc, {ownpalette::TargetKind::Tile, static_cast<std::int32_t>(n)}, picture, kTileSide,
+                       kTileSide)) {
+        SaveStyle(doc, args.words[3]);
+        return 0;
+    }
     const auto numbers = NumbersFor(args, picture, kTileSide, kTileSide, "tile " + std::to_string(n), pal,
                                     pictureimport::TileNumbers(doc, static_cast<std::int32_t>(n)));
     if (!pictureimport::IntoTile(doc, static_cast<std::int32_t>(n), numbers)) Refused(picture);
@@ -55,8 +91,14 @@ int RunImportSprite(const Args& args) {
     clsSTY doc;
     LoadStyle(doc, style);
     CheckSprite(doc, style, n);
+    if (args.newPalette && args.pal) throw UsageError("--pal and --new-palette cannot go together");
     const std::int16_t pal = CheckedSpritePalette(doc, style, n, PalOption(args));
     const auto s = static_cast<std::int32_t>(n);
+    if (WithOwnPalette(args, doc, {ownpalette::TargetKind::Sprite, s}, picture, doc.GetSpriteWidth(s),
+                       doc.GetSpriteHeight(s))) {
+        SaveStyle(doc, args.words[3]);
+        return 0;
+    }
     const auto numbers = NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s),
                                     "sprite " + std::to_string(n), pal, pictureimport::SpriteNumbers(doc, s, -1));
     if (!pictureimport::IntoSprite(doc, s, numbers)) Refused(picture);

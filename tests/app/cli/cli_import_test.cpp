@@ -55,6 +55,11 @@ INSTANTIATE_TEST_SUITE_P(
                    true,
                    0,
                    "1 of 4096 pixels took the nearest colour"},
+        ImportCase{"NewPalette",
+                   {"import-tile", "STYLE", "7", "PIC", "OUT.sty", "--new-palette"},
+                   true,
+                   0,
+                   "tile 7 has palette"},
         ImportCase{"WrongSize", {"import-sprite", "STYLE", "3", "PIC", "OUT.sty"}, false, 1, "is 64 x 64 pixels, but"},
         ImportCase{
             "SpriteWithoutDeltas", {"import-delta", "STYLE", "47", "0", "PIC", "OUT.sty"}, false, 1, "has no deltas"},

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "stylewriter/stylewriter.h"
+#include "workbench/colourchoice.h"
 #include "workbench/frmsty2.h"
 #include "workbench/panes_dialogs.h"
 
@@ -13,10 +14,13 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     if (argc != 5) return 2;
     const QString picture = QString::fromLocal8Bit(argv[2]);
-    ombrevale::panesdialogs::Install({{},
-                                      [&](QWidget*, ombrevale::panesdialogs::FileMode, const QString&, const QString&,
-                                          const QString&) { return picture; },
-                                      [](QWidget*, const QString&) { return true; }});
+    ombrevale::panesdialogs::Install(
+        {{},
+         [&](QWidget*, ombrevale::panesdialogs::FileMode, const QString&, const QString&, const QString&) {
+             return picture;
+         },
+         [](QWidget*, const QString&) { return true; },
+         [](ombrevale::workbench::ColourChoice&) { return ombrevale::workbench::ColourAnswer::Nearest; }});
     frmSTY2 window{std::string(argv[1])};
     window.picMain_MouseUp(1, 0, 5 * 64 + 32, 32);
     window.tlbMain_ButtonClick(QStringLiteral("import"));

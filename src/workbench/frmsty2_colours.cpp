@@ -1,0 +1,140 @@
+// A picture whose colours the target's palette lacks: the choice between the
+// palette's nearest colours and a palette of the target's own, and how the
+// window follows a palette entry or the palette count when they change.
+#include <QImage>
+#include <QLabel>
+#include <QListWidget>
+#include <QLocale>
+#include <functional>
+
+#include "pixels/ownpalette.h"
+#include "pixels/pictureimport.h"
+#include "quantise/reduce.h"
+#include "style/moddeclares.h"
+#include "workbench/colourchoice.h"
+#include "workbench/frmsty2.h"
+#include "workbench/panes_dialogs.h"
+#include "workbench/picturebox.h"
+
+using ombrevale::editparts::Kind;
+namespace own = ombrevale::ownpalette;
+using ombrevale::picturefile::Rgba;
+
+namespace {
+
+constexpr QRgb kKey = 0xFFFF00FF;
+
+// The numbers as the target will show them: colour 0 in the key colour, as the sheet draws it.
+QImage Drawn(const ByteString& numbers, int w, int h, const std::function<QRgb(int)>& colour) {
+    QImage out(w, h, QImage::Format_RGB32);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            const int n = numbers[static_cast<std::size_t>(y * w + x)];
+            out.setPixel(x, y, n == 0 ? kKey : colour(n));
+        }
+    return out;
+}
+
+QRgb PaletteColour(std::int16_t pal, int n) {
+    const auto& p = modDeclares::STYPalData[static_cast<std::size_t>(pal)];
+    const auto at = static_cast<std::size_t>(n) * 4;
+    return qRgb(p[at + 2], p[at + 1], p[at]);
+}
+
+// Pixels that show another colour than the picture's; clear ones and the key count as kept.
+int Changed(const ombrevale::picturefile::Picture& pic, const QImage& drawn) {
+    int n = 0;
+    for (int i = 0; i < pic.width * pic.height; ++i) {
+        const Rgba& c = pic.colours[static_cast<std::size_t>(i)];
+        if (c.a != 0 && drawn.pixel(i % pic.width, i / pic.width) != qRgb(c.r, c.g, c.b)) ++n;
+    }
+    return n;
+}
+
+QString Where(const own::Place& place, bool newPage, const std::string& target) {
+    const QString name = QString::fromStdString(target);
+    if (place.inPlace) return QStringLiteral("Palette %1 is %2's alone and is rewritten.").arg(place.palette).arg(name);
+    const QString kept = QStringLiteral(" Palette %1 stays as it is for the others that use it.").arg(place.from);
+    if (newPage)
+        return QStringLiteral("New palette %1, on a page of 64 palettes added to the style.").arg(place.palette) + kept;
+    return QStringLiteral("Palette %1, which nothing uses.").arg(place.palette) + kept;
+}
+
+}  // namespace
+
+void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const ombrevale::pictureimport::Fitted& fitted,
+                           std::int16_t pal, const own::Target& target, const QString& path) {
+    namespace imp = ombrevale::pictureimport;
+    const std::string name = own::Describe(target);
+    std::optional<own::Place> place;
+    std::optional<own::Reduced> reduced;
+    if (fitted.changed > 0) {
+        const own::Plan plan = own::PlanFor(Sty(), target);
+        if (plan.place) reduced = ombrevale::quantise::Reduce(pic);
+        ombrevale::workbench::ColourWay nearest, mine;
+        nearest.picture = Drawn(fitted.numbers, pic.width, pic.height, [pal](int n) { return PaletteColour(pal, n); });
+        nearest.changed = fitted.changed;
+        nearest.note = QStringLiteral("Palette %1, as it is.").arg(pal);
+        if (reduced) {
+            mine.picture = Drawn(reduced->numbers, pic.width, pic.height, [&](int n) {
+                const Rgba& c = reduced->colours[static_cast<std::size_t>(n - 1)];
+                return qRgb(c.r, c.g, c.b);
+            });
+            mine.changed = Changed(pic, mine.picture);
+            mine.note = Where(*plan.place, plan.place->countAfter != Sty().GetNumOfPals(), name);
+        } else {
+            mine.note = plan.place ? QStringLiteral("The picture could not be reduced to 255 colours.")
+                                   : QString::fromStdString(plan.refusal);
+        }
+        const QLocale locale;
+        ombrevale::workbench::ColourChoice dialog(
+            QStringLiteral("%1 of %2 pixels of %3 have colours that palette %4 does not hold. Import it into %5 with:")
+                .arg(locale.toString(fitted.changed), locale.toString(pic.width * pic.height), path)
+                .arg(pal)
+                .arg(QString::fromStdString(name)),
+            nearest, mine, pic.width * pic.height, this);
+        const auto answer = ombrevale::panesdialogs::ChooseColours(dialog);
+        if (answer == ombrevale::workbench::ColourAnswer::Cancel) return;
+        if (answer == ombrevale::workbench::ColourAnswer::OwnPalette && reduced) place = plan.place;
+    }
+    const QString text = QStringLiteral("import into %1").arg(QString::fromStdString(name));
+    const bool tile = target.kind == own::TargetKind::Tile;
+    if (place) {
+        // A page added comes first, so that the palette written next is there on redo.
+        std::vector<std::pair<Kind, std::int32_t>> parts;
+        if (place->countAfter != Sty().GetNumOfPals()) parts.push_back({Kind::PaletteCount, 0});
+        parts.push_back({Kind::Palette, place->palette});
+        parts.push_back({Kind::PaletteEntry, place->entry});
+        parts.push_back({tile ? Kind::Tile : Kind::Sprite, target.number});
+        RecordEdits(parts, text + QStringLiteral(" with a palette of its own"),
+                    [&] { return own::Apply(Sty(), target, *place, *reduced); });
+        return;
+    }
+    const Kind kind = tile ? Kind::Tile : target.kind == own::TargetKind::Delta ? Kind::Deltas : Kind::Sprite;
+    RecordEdit(kind, target.number, text, [&] {
+        if (kind == Kind::Tile) return imp::IntoTile(Sty(), target.number, fitted.numbers);
+        if (kind == Kind::Sprite) return imp::IntoSprite(Sty(), target.number, fitted.numbers);
+        return imp::IntoDelta(Sty(), static_cast<std::int16_t>(target.number), target.delta, fitted.numbers);
+    });
+}
+
+void frmSTY2::ShowPaletteEntry(std::int32_t entry) {
+    if (entry < Sty().GetNumOfTiles()) {
+        RedrawTile(entry);
+        // The label names the selected tile's palette.
+        if (sSelKind == "t" && picMain->Tag.toInt() == entry)
+            lblIdx->setText(QStringLiteral("Index: %1 Palette: %2")
+                                .arg(entry)
+                                .arg(modDeclares::STYPalIndex[static_cast<std::size_t>(entry)]));
+        lblIdx->adjustSize();
+        return;
+    }
+    ShowEdited(Kind::Sprite, entry);
+}
+
+void frmSTY2::ShowPaletteCount() {
+    const int count = Sty().GetNumOfPals();
+    while (lstPalettes->count() > count) delete lstPalettes->takeItem(lstPalettes->count() - 1);
+    while (lstPalettes->count() < count)
+        lstPalettes->addItem(QStringLiteral("Palette: %1").arg(lstPalettes->count() + 1));
+}
