@@ -64,7 +64,7 @@ const std::vector<Command>& Commands() {
          "tile a palette of its own made from the picture",
          {.words = 4, .nearest = true, .numbers = {1}, .newPalette = true}},
         {"import-sprite",
-         "STYLE N PICTURE OUT [--pal P | --new-palette] [--nearest]",
+         "STYLE N PICTURE OUT [--pal P] [--nearest] [--new-palette]",
          "puts a picture of the sprite's size into sprite N, drawn in palette P instead of its own, or in a new "
          "palette of its own",
          {.words = 4, .pal = true, .nearest = true, .numbers = {1}, .newPalette = true}},
