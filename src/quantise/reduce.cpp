@@ -1,6 +1,7 @@
 #include "quantise/reduce.h"
 
 #include <libimagequant.h>
+#include <omp.h>
 
 #include <memory>
 #include <unordered_map>
@@ -63,6 +64,9 @@ std::optional<ownpalette::Reduced> Reduce(const picturefile::Picture& pic) {
         rgba.push_back({c.r, c.g, c.b, 255});
         weight.push_back(Clear(c) ? 0 : 255);
     }
+    // One thread: a tile or a sprite is too small to share out, and on a busy
+    // machine OpenMP's waiting threads cost several times what they save.
+    omp_set_num_threads(1);
     const Attr attr(liq_attr_create());
     if (!attr || liq_set_max_colors(attr.get(), static_cast<int>(kOwnColours)) != LIQ_OK) return std::nullopt;
     const Image image(liq_image_create_rgba(attr.get(), rgba.data(), pic.width, pic.height, 0));
