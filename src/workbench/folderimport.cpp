@@ -8,7 +8,9 @@
 #include <tuple>
 
 #include "pixels/checks.h"
+#include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
+#include "quantise/reduce.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/picturereader.h"
@@ -80,6 +82,15 @@ Tried Picture(clsSTY& doc, const Name& name, const std::string& path, Colours co
     const auto delta = static_cast<std::int16_t>(name.kind == exportnames::Kind::Delta ? name.delta : -1);
     const ByteString present = tile ? imp::TileNumbers(doc, n) : imp::SpriteNumbers(doc, n, delta);
     const imp::Fitted fitted = imp::Fit(pic, *pal, present);
+    if (fitted.changed > 0 && colours == Colours::OwnPalette) {
+        const ownpalette::Target own{tile         ? ownpalette::TargetKind::Tile
+                                     : delta >= 0 ? ownpalette::TargetKind::Delta
+                                                  : ownpalette::TargetKind::Sprite,
+                                     n, delta};
+        const auto plan = ownpalette::PlanFor(doc, own);
+        if (!plan.place) return {false, std::nullopt, plan.refusal};
+        return {false, Change{name, {}, {}, 0, *pal, true, path}, {}};
+    }
     if (fitted.changed > 0 && colours == Colours::Exact)
         return {false, std::nullopt,
                 std::to_string(fitted.changed) + " of " + std::to_string(pic.colours.size()) +
@@ -93,7 +104,7 @@ Tried Picture(clsSTY& doc, const Name& name, const std::string& path, Colours co
                                    : imp::IntoSprite(doc, n, fitted.numbers);
     editparts::Put(doc, before);
     if (!fits) return {false, std::nullopt, told.Last("it cannot go into " + target)};
-    return {false, Change{name, {}, fitted.numbers, fitted.changed, *pal}, {}};
+    return {false, Change{name, {}, fitted.numbers, fitted.changed, *pal, false, {}}, {}};
 }
 
 Tried PaletteFile(clsSTY& doc, const Name& name, const std::string& path, Told& told) {
@@ -105,7 +116,7 @@ Tried PaletteFile(clsSTY& doc, const Name& name, const std::string& path, Told& 
     editparts::Put(doc, before);
     if (!read) return {false, std::nullopt, told.Last("it is not a JASC-PAL palette file")};
     if (after.bytes == before.bytes) return {true, std::nullopt, {}};
-    return {false, Change{name, {}, after.bytes, 0, static_cast<std::int16_t>(name.number)}, {}};
+    return {false, Change{name, {}, after.bytes, 0, static_cast<std::int16_t>(name.number), false, {}}, {}};
 }
 
 int Order(exportnames::Kind kind) {
@@ -210,10 +221,18 @@ void Apply(clsSTY& doc, const Plan& plan) {
                 imp::IntoDelta(doc, static_cast<std::int16_t>(n), static_cast<std::int16_t>(c.name.delta), c.bytes);
                 break;
             case exportnames::Kind::Sprite:
-                imp::IntoSprite(doc, n, c.bytes);
-                break;
             case exportnames::Kind::Tile:
-                imp::IntoTile(doc, n, c.bytes);
+                if (c.ownPalette) {
+                    picturefile::Picture pic;
+                    const bool tile = c.name.kind == exportnames::Kind::Tile;
+                    if (!workbench::ReadPicture(c.path, pic))
+                        quantise::ImportOwnPalette(
+                            doc, {tile ? ownpalette::TargetKind::Tile : ownpalette::TargetKind::Sprite, n, -1}, pic);
+                } else if (c.name.kind == exportnames::Kind::Tile) {
+                    imp::IntoTile(doc, n, c.bytes);
+                } else {
+                    imp::IntoSprite(doc, n, c.bytes);
+                }
                 break;
             case exportnames::Kind::Palette: {
                 editparts::Part palette;
@@ -227,6 +246,7 @@ void Apply(clsSTY& doc, const Plan& plan) {
 }
 
 std::string Describe(const Change& change) {
+    if (change.ownPalette) return change.file + ": a palette of its own";
     if (change.mapped == 0) return change.file;
     return change.file + ": " + std::to_string(change.mapped) + " pixels took the nearest colour of palette " +
            std::to_string(change.palette);

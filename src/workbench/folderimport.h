@@ -17,6 +17,9 @@ namespace ombrevale::folderimport {
 enum class Colours {
     Exact,    // a picture in colours its palette does not hold is refused
     Nearest,  // such colours take the palette's nearest
+    // such a tile or sprite gets a palette of its own; a delta, which draws
+    // in its sprite's palette, is refused
+    OwnPalette,
 };
 
 struct Change {
@@ -27,6 +30,9 @@ struct Change {
     // Pixels that took the nearest colour.
     int mapped = 0;
     std::int16_t palette = 0;
+    // Goes in with a palette of its own, read again from path when it is made.
+    bool ownPalette = false;
+    std::string path;
 };
 
 struct Refusal {
@@ -46,7 +52,8 @@ struct Plan {
 Plan Read(clsSTY& doc, const std::string& dir, Colours colours,
           const std::function<void(int done, int total)>& step = {});
 
-// The parts of the stores the plan's changes touch, for an undo step.
+// The parts of the stores the plan's changes touch, for an undo step (a plan
+// without palettes of their own).
 std::vector<editparts::Part> Touched(const clsSTY& doc, const Plan& plan);
 
 // Makes the changes: deltas first, against the sprites as the folder saw
@@ -54,7 +61,8 @@ std::vector<editparts::Part> Touched(const clsSTY& doc, const Plan& plan);
 // read in the palette it was written in.
 void Apply(clsSTY& doc, const Plan& plan);
 
-// One line for a change: "tiles/tile-0005.png: 120 pixels took the nearest colour of palette 12".
+// One line for a change: "tiles/tile-0005.png: 120 pixels took the nearest colour of palette 12",
+// or "tiles/tile-0005.png: a palette of its own".
 std::string Describe(const Change& change);
 
 }  // namespace ombrevale::folderimport

@@ -13,7 +13,10 @@ int RunImportFolder(const Args& args) {
     const std::string& dir = args.words[1];
     clsSTY doc;
     LoadStyle(doc, style);
-    const auto colours = args.nearest ? folderimport::Colours::Nearest : folderimport::Colours::Exact;
+    if (args.nearest && args.newPalette) throw UsageError("--nearest and --new-palette exclude each other");
+    const auto colours = args.newPalette ? folderimport::Colours::OwnPalette
+                         : args.nearest  ? folderimport::Colours::Nearest
+                                         : folderimport::Colours::Exact;
     const folderimport::Plan plan = folderimport::Read(doc, dir, colours);
     for (const auto& change : plan.changes) std::printf("changed %s\n", folderimport::Describe(change).c_str());
     for (const auto& refusal : plan.refusals)

@@ -144,6 +144,15 @@ TEST(CliImportFolder, AnExportComesBackAsItWentAndOnlyWhatChangedGoesIn) {
         EXPECT_EQ(modDeclares::STYPalData[p] == was.palData[p], p != 3) << p;
     EXPECT_EQ(after.STYSpriteData, before.STYSpriteData);
     EXPECT_EQ(modDeclares::STYDeltaStore, was.deltaStore);
+    // With a palette of its own the red stays red, and only tile 5's entry names another palette.
+    const RunResult own = RunCli({"import", kSample, out, back, "--new-palette"});
+    ASSERT_EQ(own.exitCode, 0) << own.err;
+    EXPECT_NE(own.out.find("changed tiles/tile-0005.png: a palette of its own"), std::string::npos) << own.out;
+    clsSTY owned;
+    ASSERT_TRUE(owned.LoadSTY(back));
+    for (std::size_t t = 0; t < 992; ++t) EXPECT_EQ(modDeclares::STYPalIndex[t] == was.palIndex[t], t != 5) << t;
+    const std::int32_t red = owned.GetCol(modDeclares::STYPalIndex[5], owned.STYTileStore[5][10 * 64 + 10]);
+    EXPECT_EQ(red, 230 + 10 * 256 + 10 * 65536);
 }
 
 struct FolderCase {
