@@ -11,8 +11,10 @@
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTreeWidget>
+#include <algorithm>
 #include <cstdio>
 
+#include "pixels/exportnames.h"
 #include "settings/cregistry.h"
 #include "style/moddeclares.h"
 #include "workbench/fontchoice.h"
@@ -181,12 +183,13 @@ void frmSTY2::Form_Load() {
 void frmSTY2::FillLists() {
     lstSprites->clear();
     lstPalettes->clear();
-    static const char* const kGroups[6] = {"Car: ", "Ped: ", "Code Object: ", "Map Object: ", "User: ", "Font: "};
     // Each list is filled in one insertion rather than a model change a row.
     QStringList sprites, palettes;
-    for (std::size_t g = 0; g < 6; ++g)
-        for (int i = 1; i <= modDeclares::STYSpriteBase[g]; ++i)
-            sprites.append(QString::fromLatin1(kGroups[g]) + QString::number(i));
+    std::int32_t total = 0;
+    for (const std::int16_t count : modDeclares::STYSpriteBase) total += std::max<std::int16_t>(count, 0);
+    // The captions are the export index's too: one home for them.
+    for (std::int32_t s = 0; s < total; ++s)
+        sprites.append(QString::fromStdString(ombrevale::exportnames::SpriteCaption(modDeclares::STYSpriteBase, s)));
     for (int i = 1; i <= Sty().GetNumOfPals(); ++i) palettes.append(QStringLiteral("Palette: %1").arg(i));
     lstSprites->addItems(sprites);
     lstPalettes->addItems(palettes);
