@@ -19,6 +19,7 @@
 #include "style/surfaces.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
+#include "workbench/paletteusagewindow.h"
 #include "workbench/picturebox.h"
 
 namespace {
@@ -97,8 +98,8 @@ BENCHMARK(BM_UsesOfPalette)->Unit(benchmark::kMicrosecond);
 
 // Ctrl+U as the window does it: the usage computed and every entry listed.
 void BM_PaletteUsageList(benchmark::State& state) {
-    for (auto _ : state) gWindow->ShowPaletteUsage();
-    state.counters["rows"] = gWindow->lstUsage->count();
+    for (auto _ : state) gWindow->PaletteUsage()->Open();
+    state.counters["rows"] = gWindow->PaletteUsage()->count();
 }
 BENCHMARK(BM_PaletteUsageList)->Unit(benchmark::kMillisecond);
 

@@ -2,11 +2,13 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDropEvent>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMimeData>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
@@ -21,6 +23,7 @@
 #include "workbench/keptcopy.h"
 #include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
+#include "workbench/styleedits.h"
 #include "workbench/toolbarimages.h"
 #include "workbench/topmost.h"
 #include "workbench/twips.h"
@@ -42,6 +45,10 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     setWindowTitle(QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
     setWindowIcon(imgToolBar::WindowIcon());
     resize(ombrevale::twips::ToPx(8910), ombrevale::twips::ToPx(7710));
+    edits_ = new ombrevale::workbench::StyleEdits(
+        [this]() -> clsSTY& { return Sty(); },
+        [this](ombrevale::editparts::Kind kind, std::int32_t number) { ShowEdited(kind, number); }, this);
+    setAcceptDrops(true);
     BuildControls();
     WirePanes();
     WireViews();
@@ -163,14 +170,19 @@ std::string frmSTY2::StylePath() const {
     return value.empty() ? value : LocalPathForStylePath(value);
 }
 
+void frmSTY2::SetBusy(bool busy) {
+    busy_ = busy;
+    edits_->Pause(busy);
+}
+
 void frmSTY2::Form_Load() {
-    busy_ = true;
+    SetBusy(true);
     const std::string path = StylePath();
     if (!path.empty()) Sty().LoadSTY(path);
     Sty().DrawTransparent(true);
     MainTab->move(MainTab->x(), 0);
     FillLists();
-    busy_ = false;
+    SetBusy(false);
     if (!path.empty()) {
         panesStylePath_ = path;
         ForgetEdits();
@@ -235,9 +247,9 @@ void frmSTY2::cmdGen_Click() {
     const std::string path = StylePath();
     // The edits a reload drops stay on disk, offered again below.
     KeepEditsNow();
-    busy_ = true;
+    SetBusy(true);
     if (!path.empty()) Sty().LoadSTY(path);
-    busy_ = false;
+    SetBusy(false);
     if (!path.empty()) {
         // Save then writes the file that Refresh took up.
         panesStylePath_ = path;
@@ -246,11 +258,25 @@ void frmSTY2::cmdGen_Click() {
         fontChoice_->Refill();
     }
     RenderSheet();
+    FollowDocument();
     if (!path.empty()) OfferKeptEdits(path);
 }
 
+void frmSTY2::dragEnterEvent(QDragEnterEvent* event) {
+    const auto urls = event->mimeData()->urls();
+    if (urls.size() == 1 && urls[0].isLocalFile()) event->acceptProposedAction();
+}
+
+void frmSTY2::dropEvent(QDropEvent* event) {
+    const auto urls = event->mimeData()->urls();
+    if (urls.size() != 1 || !urls[0].isLocalFile()) return;
+    event->acceptProposedAction();
+    // The drop's own event run ends first: Open's messages and progress window must not run inside it.
+    QMetaObject::invokeMethod(
+        this, [this, file = urls[0].toLocalFile()] { OpenStyle(file); }, Qt::QueuedConnection);
+}
+
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == picMain && event->type() == QEvent::ToolTip) return SheetToolTip(event);
     // The wheel over the sheet scrolls it as it would over the scroll bar.
     if (event->type() == QEvent::Wheel && (watched == picMain || watched == picCont)) {
         QCoreApplication::sendEvent(vScroll, event);
@@ -289,8 +315,6 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
                     break;
             }
             if (code != 0) Form_KeyDown(code, static_cast<int>(ke->modifiers()));
-            if (EditKey(ke)) return true;
-            if (ke->modifiers() == Qt::ControlModifier && ViewKey(ke->key())) return true;
         }
     }
     return QWidget::eventFilter(watched, event);

@@ -13,6 +13,7 @@
 #include "style/moddeclares.h"
 #include "workbench/colourchoice.h"
 #include "workbench/frmsty2.h"
+#include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 
@@ -53,11 +54,14 @@ int Changed(const ombrevale::picturefile::Picture& pic, const QImage& drawn) {
 
 QString Where(const own::Place& place, bool newPage, const std::string& target) {
     const QString name = QString::fromStdString(target);
-    if (place.inPlace) return QStringLiteral("Palette %1 is %2's alone and is rewritten.").arg(place.palette).arg(name);
-    const QString kept = QStringLiteral(" Palette %1 stays as it is for the others that use it.").arg(place.from);
+    using ombrevale::workbench::PaletteName;
+    if (place.inPlace) return QStringLiteral("Rewrites %1: it is %2's alone.").arg(PaletteName(place.palette), name);
+    const QString kept = QStringLiteral(" The others that use %1 keep it as it is.").arg(PaletteName(place.from));
     if (newPage)
-        return QStringLiteral("New palette %1, on a page of 64 palettes added to the style.").arg(place.palette) + kept;
-    return QStringLiteral("Palette %1, which nothing uses.").arg(place.palette) + kept;
+        return QStringLiteral("A new %1, on a page of 64 palettes added to the style.")
+                   .arg(PaletteName(place.palette)) +
+               kept;
+    return QStringLiteral("Takes %1, which nothing uses.").arg(PaletteName(place.palette)) + kept;
 }
 
 }  // namespace
@@ -74,7 +78,8 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
         ombrevale::workbench::ColourWay nearest, mine;
         nearest.picture = Drawn(fitted.numbers, pic.width, pic.height, [pal](int n) { return PaletteColour(pal, n); });
         nearest.changed = fitted.changed;
-        nearest.note = QStringLiteral("Palette %1, as it is.").arg(pal);
+        nearest.note =
+            QStringLiteral("The nearest colours of %1, as it is.").arg(ombrevale::workbench::PaletteName(pal));
         if (reduced) {
             mine.picture = Drawn(reduced->numbers, pic.width, pic.height, [&](int n) {
                 const Rgba& c = reduced->colours[static_cast<std::size_t>(n - 1)];
@@ -88,10 +93,9 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
         }
         const QLocale locale;
         ombrevale::workbench::ColourChoice dialog(
-            QStringLiteral("%1 of %2 pixels of %3 have colours that palette %4 does not hold. Import it into %5 with:")
-                .arg(locale.toString(fitted.changed), locale.toString(pic.width * pic.height), path)
-                .arg(pal)
-                .arg(QString::fromStdString(name)),
+            QStringLiteral("%1 of %2 pixels of %3 have colours that %4 does not hold. Import it into %5 with:")
+                .arg(locale.toString(fitted.changed), locale.toString(pic.width * pic.height), path,
+                     ombrevale::workbench::PaletteName(pal), QString::fromStdString(name)),
             nearest, mine, pic.width * pic.height, this);
         const auto answer = ombrevale::panesdialogs::ChooseColours(dialog);
         if (answer == ombrevale::workbench::ColourAnswer::Cancel) return;

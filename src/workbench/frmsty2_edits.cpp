@@ -16,74 +16,21 @@
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/carrecordpanel.h"
-#include "workbench/edithistory.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/picturereader.h"
+#include "workbench/sheetgeometry.h"
+#include "workbench/styleedits.h"
 #include "workbench/zoomlens.h"
 
 using ombrevale::editparts::Kind;
 using ombrevale::editparts::Part;
 
-namespace {
-
-constexpr int kCell = 64;
-
-// One step of the history: the parts of the stores it changed, before and after.
-class StyleEdit : public ombrevale::workbench::EditStep {
-public:
-    StyleEdit(frmSTY2* window, const QString& text, std::vector<Part> before, std::vector<Part> after)
-        : EditStep(text), window_(window), before_(std::move(before)), after_(std::move(after)) {
-        // Else a delta step would hold the whole delta store twice.
-        for (std::size_t i = 0; i < before_.size() && i < after_.size(); ++i)
-            ombrevale::editparts::Narrow(before_[i], after_[i]);
-    }
-    // Redo puts the parts in turn, undo backwards.
-    void undo() override { Show(before_.rbegin(), before_.rend()); }
-    void redo() override {
-        // The edit itself has already been made when the step is recorded.
-        if (std::exchange(first_, false)) return;
-        Show(after_.begin(), after_.end());
-    }
-    std::size_t Bytes() const override {
-        std::size_t n = sizeof(*this);
-        for (std::size_t i = 0; i < before_.size() && i < after_.size(); ++i)
-            n += ombrevale::editparts::StepBytes(before_[i], after_[i]);
-        return n;
-    }
-    std::unique_ptr<EditStep> Moved() override {
-        return std::make_unique<StyleEdit>(window_, text(), std::move(before_), std::move(after_));
-    }
-
-private:
-    template <typename It>
-    void Show(It first, It last) {
-        for (It p = first; p != last; ++p) ombrevale::editparts::Put(window_->Sty(), *p);
-        for (It p = first; p != last; ++p) window_->ShowEdited(p->kind, p->number);
-    }
-    frmSTY2* window_;
-    std::vector<Part> before_;
-    std::vector<Part> after_;
-    bool first_ = true;
-};
-
-}  // namespace
+using ombrevale::sheet::kCell;
 
 void frmSTY2::WireEdits() {
-    undoStack = new QUndoStack(this);
-    for (const char* key : {"undo", "redo"}) {
-        auto* a = tlbMain->findChild<QAction*>(QString::fromLatin1(key));
-        const bool undo = key[0] == 'u';
-        a->setEnabled(false);
-        connect(undoStack, undo ? &QUndoStack::canUndoChanged : &QUndoStack::canRedoChanged, a, &QAction::setEnabled);
-        connect(undoStack, undo ? &QUndoStack::undoTextChanged : &QUndoStack::redoTextChanged, a,
-                [a, undo](const QString& text) {
-                    const QString verb = undo ? QStringLiteral("Undo") : QStringLiteral("Redo");
-                    a->setToolTip(text.isEmpty() ? verb : verb + QLatin1Char(' ') + text);
-                });
-    }
     // The menus of the sheet and of the sprite picture offer the same as the tool bar.
     picMain->setContextMenuPolicy(Qt::CustomContextMenu);
     connect(picMain, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) { SheetMenu(at); });
@@ -94,33 +41,7 @@ void frmSTY2::WireEdits() {
     picSpriteZoom->SetMoreActions(QList<QAction*>{importSprite, exportSprite} + carPanel_->Actions());
 }
 
-void frmSTY2::SheetMenu(const QPoint& at) {
-    const int cols = Cols();
-    if (cols <= 0 || at.x() < 0 || at.y() < 0 || at.x() / kCell >= cols) return;
-    // The menu is about the tile under the pointer: it is chosen as a click chooses it.
-    const int t = at.y() / kCell * cols + at.x() / kCell;
-    if (sSelKind != "t" || picMain->Tag.toInt() != t) picMain_MouseUp(Qt::RightButton, 0, at.x(), at.y());
-    if (sSelKind != "t" || picMain->Tag.toInt() != t) return;
-    QMenu menu;
-    menu.addAction(QStringLiteral("Import picture into tile %1...").arg(t), this, [this] { ImportPicture(); });
-    menu.addAction(QStringLiteral("Export tile %1...").arg(t), this,
-                   [this] { tlbMain_ButtonClick(QStringLiteral("export")); });
-    menu.exec(picMain->mapToGlobal(at));
-}
-
-bool frmSTY2::EditKey(const QKeyEvent* key) {
-    // A text box keeps Ctrl+Z for its own text.
-    if (qobject_cast<QLineEdit*>(QApplication::focusWidget())) return false;
-    // Undo in the middle of a load would put an old part into half-made stores.
-    if (busy_) return false;
-    const auto mods = key->modifiers();
-    const bool undo = mods == Qt::ControlModifier && key->key() == Qt::Key_Z;
-    const bool redo = (mods == (Qt::ControlModifier | Qt::ShiftModifier) && key->key() == Qt::Key_Z) ||
-                      (mods == Qt::ControlModifier && key->key() == Qt::Key_Y);
-    if (undo) undoStack->undo();
-    if (redo) undoStack->redo();
-    return undo || redo;
-}
+QUndoStack* frmSTY2::UndoStack() const { return edits_->Stack(); }
 
 bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, const std::function<bool()>& change) {
     return RecordEdits({{kind, number}}, text, change);
@@ -129,16 +50,7 @@ bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, co
 bool frmSTY2::RecordEdits(const std::vector<std::pair<Kind, std::int32_t>>& parts, const QString& text,
                           const std::function<bool()>& change) {
     if (busy_ || !MayReplaceKeptEdits()) return false;
-    std::vector<Part> before, after;
-    for (const auto& [kind, number] : parts) before.push_back(ombrevale::editparts::Take(Sty(), kind, number));
-    if (!change()) return false;
-    for (const auto& [kind, number] : parts) after.push_back(ombrevale::editparts::Take(Sty(), kind, number));
-    for (const auto& [kind, number] : parts) ShowEdited(kind, number);
-    // A step that changed nothing would only make the user press Undo twice.
-    if (after != before)
-        ombrevale::workbench::EditHistory::Of(undoStack).Push(
-            std::make_unique<StyleEdit>(this, text, std::move(before), std::move(after)));
-    return true;
+    return edits_->Record(parts, text, change);
 }
 
 void frmSTY2::ForgetEdits() {
@@ -192,10 +104,15 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
 void frmSTY2::RedrawTile(std::int32_t t) {
     const int cols = Cols();
     if (cols <= 0 || t < 0 || t >= LastTilesDrawn() || !Sty().RenderTile(t, *picTTmp)) return;
-    const int x = t % cols * kCell, y = t / cols * kCell;
-    picMain->BitBlt(x, y, kCell, kCell, *picTTmp, 0, 0);
-    // The box is drawn by inverting, so a fresh picture under it needs it again.
-    if (boxCell_ && *boxCell_ == QPoint(t % cols, t / cols)) picMain->InvertBox(x, y, x + kCell, y + kCell);
+    const QRect cell = ombrevale::sheet::CellRect(t, cols);
+    // The box is drawn by inverting and reaches past the cell on two sides: it
+    // comes off before the cell is drawn anew and goes on again after, else
+    // the edges outside the cell would be inverted back.
+    const bool boxed = boxCell_ && *boxCell_ == ombrevale::sheet::CellOf(t, cols);
+    const auto invert = [&] { picMain->InvertBox(cell.x(), cell.y(), cell.x() + kCell, cell.y() + kCell); };
+    if (boxed) invert();
+    picMain->BitBlt(cell.x(), cell.y(), kCell, kCell, *picTTmp, 0, 0);
+    if (boxed) invert();
     picMain->update();
 }
 

@@ -9,52 +9,15 @@
 #include <memory>
 
 #include "style/hooks.h"
-#include "workbench/edithistory.h"
 #include "workbench/folderimport.h"
 #include "workbench/frmsty2.h"
 #include "workbench/panes_dialogs.h"
+#include "workbench/styleedits.h"
 
 namespace {
 
 namespace fi = ombrevale::folderimport;
 using ombrevale::editparts::Part;
-
-// The whole import as one step: every part it touched, before and after.
-class FolderStep : public ombrevale::workbench::EditStep {
-public:
-    FolderStep(frmSTY2* window, const QString& text, std::vector<Part> before, std::vector<Part> after,
-               bool narrow = true)
-        : EditStep(text), window_(window), before_(std::move(before)), after_(std::move(after)) {
-        for (std::size_t i = 0; narrow && i < before_.size(); ++i) ombrevale::editparts::Narrow(before_[i], after_[i]);
-    }
-    void undo() override {
-        for (auto part = before_.rbegin(); part != before_.rend(); ++part) Show(*part);
-    }
-    void redo() override {
-        // The import has been made when the step is recorded.
-        if (std::exchange(first_, false)) return;
-        for (const Part& part : after_) Show(part);
-    }
-    std::size_t Bytes() const override {
-        std::size_t bytes = sizeof(*this);
-        for (std::size_t i = 0; i < before_.size(); ++i)
-            bytes += ombrevale::editparts::StepBytes(before_[i], after_[i]);
-        return bytes;
-    }
-    std::unique_ptr<EditStep> Moved() override {
-        return std::make_unique<FolderStep>(window_, text(), std::move(before_), std::move(after_), false);
-    }
-
-private:
-    void Show(const Part& part) {
-        ombrevale::editparts::Put(window_->Sty(), part);
-        window_->ShowEdited(part.kind, part.number);
-    }
-    frmSTY2* window_;
-    std::vector<Part> before_;
-    std::vector<Part> after_;
-    bool first_ = true;
-};
 
 // The plan in lines a user reads: what changes, what cannot go in and why.
 QString Report(const fi::Plan& plan) {
@@ -77,20 +40,21 @@ QString Report(const fi::Plan& plan) {
 
 void frmSTY2::WireFolderImport() {
     auto* action = new QAction(QStringLiteral("Import folder..."), this);
-    action->setObjectName(QStringLiteral("importfolder"));
+    actions_.importFolder = action;
     action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I));
     action->setShortcutContext(Qt::WindowShortcut);
     action->setToolTip(QStringLiteral("Import folder (%1)").arg(action->shortcut().toString(QKeySequence::NativeText)));
     addAction(action);
     connect(action, &QAction::triggered, this, [this] { ImportFolder(); });
     // The tool bar's Import holds it in its menu: press and hold, as a browser's Back button lists pages.
-    for (auto* button : tlbMain->findChildren<QToolButton*>()) {
-        if (button->defaultAction()->objectName() != QLatin1String("import")) continue;
+    if (auto* button = qobject_cast<QToolButton*>(actions_.import->associatedObjects().value(0))) {
         auto* menu = new QMenu(button);
-        menu->addAction(QStringLiteral("Import picture or palette..."), button->defaultAction(), &QAction::trigger);
+        menu->addAction(QStringLiteral("Import picture or palette..."), actions_.import, &QAction::trigger);
         menu->addAction(action);
         button->setMenu(menu);
         button->setPopupMode(QToolButton::DelayedPopup);
+        actions_.import->setToolTip(QStringLiteral("Import (hold for Import folder, %1)")
+                                        .arg(action->shortcut().toString(QKeySequence::NativeText)));
     }
 }
 
@@ -101,13 +65,13 @@ void frmSTY2::ImportFolder() {
                                                             QString(), DialogFolder());
     if (dir.isEmpty()) return;
     // Reading is a job: nothing that changes the style runs meanwhile.
-    busy_ = true;
+    SetBusy(true);
     fi::Plan plan = fi::Read(Sty(), dir.toStdString(), fi::Colours::Nearest, [](int done, int total) {
         if (done == 0) ProgressStart(0, total, "Please Wait...");
         ProgressStep(done, "Reading the folder...");
     });
     ProgressEnd();
-    busy_ = false;
+    SetBusy(false);
     const auto mapped =
         std::count_if(plan.changes.begin(), plan.changes.end(), [](const fi::Change& c) { return c.mapped > 0; });
     if (mapped > 0 &&
@@ -135,7 +99,6 @@ void frmSTY2::ImportFolder() {
     std::vector<Part> after = fi::Touched(Sty(), plan);
     for (const Part& part : after) ShowEdited(part.kind, part.number);
     const QString name = QDir(dir).dirName();
-    ombrevale::workbench::EditHistory::Of(undoStack).Push(std::make_unique<FolderStep>(
-        this, QStringLiteral("import folder %1").arg(name), std::move(before), std::move(after)));
+    edits_->Push(QStringLiteral("import folder %1").arg(name), std::move(before), std::move(after));
     MsgBox(QStringLiteral("Imported from %1: %2").arg(dir, report).toStdString(), "Ombrevale", MsgIcon::Information);
 }

@@ -20,15 +20,13 @@ using ombrevale::workbench::KeptOffer;
 
 void frmSTY2::WireKeptEdits() {
     kept_ = new KeptCopy(
-        undoStack, [this]() -> const clsSTY& { return Sty(); }, [this] { return busy_; }, this);
+        UndoStack(), [this]() -> const clsSTY& { return Sty(); }, [this] { return busy_; }, this);
     keptOffer_ = new KeptOffer(picCont);
     connect(keptOffer_, &KeptOffer::Restore, this, [this] { RestoreKeptEdits(); });
     connect(keptOffer_, &KeptOffer::Discard, this, [this] { DiscardKeptEdits(); });
     // A badge on the Save button with the count, as editors mark unsaved
     // work: it takes no room from the laid-out row of tabs and buttons.
-    QToolButton* save = nullptr;
-    for (auto* b : tlbMain->findChildren<QToolButton*>())
-        if (b->defaultAction()->objectName() == QLatin1String("save")) save = b;
+    auto* save = qobject_cast<QWidget*>(actions_.save->associatedObjects().value(0));
     lblUnsaved = new QLabel(save);
     lblUnsaved->setObjectName(QStringLiteral("lblUnsaved"));
     lblUnsaved->setAlignment(Qt::AlignCenter);

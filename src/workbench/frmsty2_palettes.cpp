@@ -9,6 +9,8 @@
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
+#include "workbench/palettename.h"
+#include "workbench/paletteusagewindow.h"
 #include "workbench/panes_events.h"
 #include "workbench/picturebox.h"
 #include "workbench/twips.h"
@@ -103,7 +105,7 @@ void frmSTY2::lstPalettes_Click() {
         for (int x = 0; x < w; ++x) picPalette->SetPixelV(x, y, colour);
     }
     sSelKind = "p";
-    if (lstUsage && lstUsage->isVisible()) FillPaletteUsage();
+    usage_->Follow();
 }
 
 void frmSTY2::picPalette_MouseMove(double Y) {
@@ -145,8 +147,8 @@ void frmSTY2::lblColour_Click() {
                "Ombrevale", MsgIcon::Exclamation);
         return;
     }
-    RecordEdit(ombrevale::editparts::Kind::Palette, p, QStringLiteral("colour %1 of palette %2").arg(*i).arg(p + 1),
-               [&] {
+    RecordEdit(ombrevale::editparts::Kind::Palette, p,
+               QStringLiteral("colour %1 of %2").arg(*i).arg(ombrevale::workbench::PaletteName(p)), [&] {
                    // Blue, green, red in the store; the fourth byte stays.
                    auto& pal = STYPalData[static_cast<std::size_t>(p)];
                    const auto at = static_cast<std::size_t>(*i) * 4;

@@ -2,6 +2,7 @@
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QScrollBar>
+#include <QTabWidget>
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -11,12 +12,16 @@
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
+#include "workbench/gotofind.h"
 #include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
+#include "workbench/sheetgeometry.h"
+#include "workbench/styleedits.h"
+#include "workbench/surfaceoverlay.h"
+
+using ombrevale::sheet::kCell;
 
 namespace {
-constexpr int kCell = 64;
-constexpr int kLastSelectable = 991;
 
 // What a message is about, whichever tile it names: its text with the numbers taken out.
 std::string Cause(const std::string& text) {
@@ -43,7 +48,7 @@ bool frmSTY2::FirstTelling(const std::string& text) {
     return true;
 }
 
-int frmSTY2::Cols() const { return picMain->Width() / kCell; }
+int frmSTY2::Cols() const { return ombrevale::sheet::Columns(picMain->Width()); }
 
 void frmSTY2::SetScrollMax(int max) {
     // The bar itself cannot go below its minimum; a sheet that fits keeps the negative figure here.
@@ -54,7 +59,7 @@ void frmSTY2::SetScrollMax(int max) {
 void frmSTY2::RenderSheet() {
     // A render started from inside another's event run would draw into the same sheet: drop it.
     if (busy_) return;
-    busy_ = true;
+    SetBusy(true);
     rendering_ = true;
     QElapsedTimer whole;
     whole.start();
@@ -125,9 +130,9 @@ void frmSTY2::RenderSheet() {
                     " the same problem. The cells of these " + std::to_string(g.times) + " tiles are left blank.";
         MsgBox(text, g.title, g.icon);
     }
-    busy_ = false;
+    SetBusy(false);
     // A reload may bring other lists and another number of tiles.
-    if (surfacesShown_) ShowSurfaces(true);
+    if (surfaces_->Shown()) ShowSurfaces(true);
     modControlWin::FindEditorList();
 }
 
@@ -135,13 +140,12 @@ void frmSTY2::picMain_MouseUp(int /*Button*/, int /*Shift*/, double X, double Y)
     // The sheet is hidden while it is drawn and takes no click then.
     if (rendering_) return;
     const int cols = Cols();
-    if (cols <= 0) return;
-    const long column = std::lround(X) / kCell;
-    const long row = std::lround(Y) / kCell;
     // Only whole cells count: the strip right of the last column and anything above or left select nothing.
-    if (X < 0 || Y < 0 || column >= cols) return;
-    const long t = row * cols + column;
-    if (t > kLastSelectable) return;
+    if (X < 0 || Y < 0) return;
+    const auto at = ombrevale::sheet::TileAt(static_cast<int>(std::lround(X)), static_cast<int>(std::lround(Y)), cols);
+    if (!at || *at > ombrevale::sheet::kLastSelectable) return;
+    const long t = *at;
+    const long column = t % cols, row = t / cols;
 
     if (boxCell_) {
         picMain->InvertBox(boxCell_->x() * kCell, boxCell_->y() * kCell, (boxCell_->x() + 1) * kCell,
@@ -196,4 +200,21 @@ void frmSTY2::Form_KeyDown(int KeyCode, int /*Shift*/) {
             return;
     }
     vScroll->setValue(value);
+}
+
+void frmSTY2::GoToTile(int t) {
+    if (const auto why = ombrevale::workbench::GoToFind::WhyNotTile(t, Sty().GetNumOfTiles())) {
+        MsgBox(*why, "Ombrevale", MsgIcon::Exclamation);
+        return;
+    }
+    const int cols = Cols();
+    if (cols <= 0) return;
+    MainTab->setCurrentIndex(0);
+    const QRect cell = ombrevale::sheet::CellRect(t, cols);
+    // The cell's row in the middle of the view, as far as the bar goes.
+    const int wanted = cell.y() - (picCont->height() - kCell) / 2;
+    vScroll->setValue(std::clamp(wanted, vScroll->minimum(), vScroll->maximum()));
+    vScroll_Change();
+    // From here on the same road as a click in the middle of the cell.
+    picMain_MouseUp(1, 0, cell.center().x(), cell.center().y());
 }

@@ -11,6 +11,7 @@
 #include "pixels/paletteusage.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "workbench/allremapswindow.h"
 #include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
@@ -130,7 +131,7 @@ void frmSTY2::lstSprites_Click() {
         QStringLiteral("Size: %1x%2").arg(Sty().GetSpriteWidth(iSelNum)).arg(Sty().GetSpriteHeight(iSelNum)));
     lblSSize->adjustSize();
     sSelKind = "s";
-    if (lstAllRemaps && lstAllRemaps->isVisible()) FillAllRemaps();
+    allRemaps_->Follow();
 }
 
 void frmSTY2::ShowSprite() {

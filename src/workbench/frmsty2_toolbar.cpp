@@ -25,26 +25,17 @@
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
+#include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/panes_events.h"
 #include "workbench/picturebox.h"
+#include "workbench/styleedits.h"
 #include "workbench/toolbarimages.h"
 
 using ombrevale::panesdialogs::FileDialog;
 using ombrevale::panesdialogs::FileMode;
 
 namespace {
-
-struct Button {
-    const char* key;
-    const char* caption;
-    const char* image;
-};
-const Button kButtons[] = {{"open", "Open", "open"},       {"save", "Save", "save"},
-                           {"saveas", "Save As", "save"},  {"trans", "Transparent", "trans"},
-                           {"export", "Export", "export"}, {"import", "Import", "import"},
-                           {"copy", "Copy", "copy"},       {"paste", "Paste", "paste"},
-                           {"undo", "Undo", "undo"},       {"redo", "Redo", "redo"}};
 
 const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
 
@@ -60,33 +51,48 @@ void frmSTY2::BuildToolbar() {
     auto* row = new QHBoxLayout(tlbMain);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(0);
-    for (const Button& b : kButtons) {
-        auto* a = new QAction(QIcon(imgToolBar::Picture(QString::fromLatin1(b.image))), QString::fromLatin1(b.caption),
-                              tlbMain);
-        a->setObjectName(QString::fromLatin1(b.key));
-        a->setToolTip(QString::fromLatin1(b.caption));
-        const QString key = QString::fromLatin1(b.key);
-        connect(a, &QAction::triggered, this, [this, key] { tlbMain_ButtonClick(key); });
+    const auto make = [this](const char* key, const char* caption, const char* image) {
+        auto* a = new QAction(QString::fromLatin1(caption), tlbMain);
+        a->setIcon(QIcon(imgToolBar::Picture(QString::fromLatin1(image))));
+        a->setToolTip(a->text());
+        const QString k = QString::fromLatin1(key);
+        connect(a, &QAction::triggered, this, [this, k] { tlbMain_ButtonClick(k); });
+        return a;
+    };
+    ToolbarActions& a = actions_;
+    a.open = make("open", "Open", "open");
+    a.save = make("save", "Save", "save");
+    a.saveAs = make("saveas", "Save As", "save");
+    a.trans = make("trans", "Transparent", "trans");
+    a.exportPicture = make("export", "Export", "export");
+    a.import = make("import", "Import", "import");
+    a.copy = make("copy", "Copy", "copy");
+    a.paste = make("paste", "Paste", "paste");
+    // Undo and Redo are the history's own: enabled and named as it stands.
+    a.undo = edits_->UndoAction();
+    a.redo = edits_->RedoAction();
+    a.undo->setIcon(QIcon(imgToolBar::Picture(QStringLiteral("undo"))));
+    a.redo->setIcon(QIcon(imgToolBar::Picture(QStringLiteral("redo"))));
+    // The platform's own keys for the file commands, named in their tips.
+    for (const auto& [action, standard] : {std::pair{a.open, QKeySequence::Open}, std::pair{a.save, QKeySequence::Save},
+                                           std::pair{a.saveAs, QKeySequence::SaveAs}}) {
+        action->setShortcuts(standard);
+        action->setShortcutContext(Qt::WindowShortcut);
+        action->setToolTip(action->text() + QStringLiteral(" (") +
+                           action->shortcut().toString(QKeySequence::NativeText) + QLatin1Char(')'));
+    }
+    for (QAction* action :
+         {a.open, a.save, a.saveAs, a.trans, a.exportPicture, a.import, a.copy, a.paste, a.undo, a.redo}) {
         auto* button = new QToolButton(tlbMain);
-        button->setDefaultAction(a);
+        button->setDefaultAction(action);
         button->setAutoRaise(true);
         button->setIconSize(QSize(imgToolBar::kSide, imgToolBar::kSide));
         button->setToolButtonStyle(Qt::ToolButtonIconOnly);
         row->addWidget(button);
     }
-    // The platform's own keys for the file commands, named in their tips.
-    for (const auto& [key, standard] : {std::pair{"open", QKeySequence::Open}, std::pair{"save", QKeySequence::Save},
-                                        std::pair{"saveas", QKeySequence::SaveAs}}) {
-        auto* a = tlbMain->findChild<QAction*>(QString::fromLatin1(key));
-        a->setShortcuts(standard);
-        a->setShortcutContext(Qt::WindowShortcut);
-        a->setToolTip(a->text() + QStringLiteral(" (") + a->shortcut().toString(QKeySequence::NativeText) +
-                      QLatin1Char(')'));
-    }
-    QAction* trans = tlbMain->findChild<QAction*>(QStringLiteral("trans"));
-    trans->setCheckable(true);
-    trans->setChecked(true);  // DrawTransparent is set at start
-    tlbMain->findChild<QAction*>(QStringLiteral("paste"))->setEnabled(false);
+    a.trans->setCheckable(true);
+    a.trans->setChecked(true);  // DrawTransparent is set at start
+    a.paste->setEnabled(false);
     tlbMain->adjustSize();
     const int natural = tlbMain->findChild<QToolButton*>()->sizeHint().width();
     const auto place = [this, natural] {
@@ -113,7 +119,7 @@ void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
     // Every button changes or writes the document, or starts a job: none runs inside a running job.
     if (busy_) return;
     if (Key == QLatin1String("trans")) {
-        const bool pressed = tlbMain->findChild<QAction*>(QStringLiteral("trans"))->isChecked();
+        const bool pressed = actions_.trans->isChecked();
         Sty().DrawTransparent(pressed);
         if (sSelKind == "s")
             ShowSprite();
@@ -147,15 +153,19 @@ void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
     } else if (Key == QLatin1String("import")) {
         ToolbarImport();
     } else if (Key == QLatin1String("undo")) {
-        undoStack->undo();
+        actions_.undo->trigger();
     } else if (Key == QLatin1String("redo")) {
-        undoStack->redo();
+        actions_.redo->trigger();
     }
 }
 
 void frmSTY2::ToolbarOpen() {
     const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Open Style"), kStyleFilter, DialogFolder());
-    if (path.isEmpty()) return;
+    if (!path.isEmpty()) OpenStyle(path);
+}
+
+void frmSTY2::OpenStyle(const QString& path) {
+    if (busy_) return;
     if (!QFile::exists(path)) {
         Tell("The file " + path.toStdString() + " does not exist.");
         return;
@@ -184,9 +194,9 @@ bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report) {
     modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
     Sty() = clsSTY();
     modDeclares::ResetSharedStores();
-    busy_ = true;
+    SetBusy(true);
     const bool loaded = Sty().LoadSTY(file, report);
-    busy_ = false;
+    SetBusy(false);
     if (loaded) return true;
     Sty() = std::move(before);
     modDeclares::RestoreSharedStores(std::move(shared));
@@ -197,11 +207,12 @@ bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report) {
 
 void frmSTY2::RefillAfterOpen() {
     Sty().DrawTransparent(true);
-    tlbMain->findChild<QAction*>(QStringLiteral("trans"))->setChecked(true);
+    actions_.trans->setChecked(true);
     // The lists go first: while a sprite row is chosen, the pane's controls would redraw it.
     FillLists();
     ResetPanes();
     RenderSheet();
+    FollowDocument();
 }
 
 void frmSTY2::ToolbarSave(bool askName) {
@@ -213,9 +224,9 @@ void frmSTY2::ToolbarSave(bool askName) {
         if (path.empty()) return;
     }
     // SaveSTY keeps the former file as .bak and tells the user of any failure.
-    busy_ = true;
+    SetBusy(true);
     const bool saved = Sty().SaveSTY(path);
-    busy_ = false;
+    SetBusy(false);
     if (!saved) return;
     panesStylePath_ = path;
     kept_->Saved(path);
@@ -231,9 +242,8 @@ QString frmSTY2::DialogFolder() const {
 void frmSTY2::ShowSaved(const std::string& path) {
     // A note by the Save button that goes by itself: nothing to dismiss.
     const QString file = QFileInfo(QString::fromStdString(path)).fileName();
-    QWidget* save = tlbMain->findChild<QToolButton*>();
-    for (auto* b : tlbMain->findChildren<QToolButton*>())
-        if (b->defaultAction()->objectName() == QLatin1String("save")) save = b;
+    QWidget* save = qobject_cast<QWidget*>(actions_.save->associatedObjects().value(0));
+    if (!save) save = tlbMain;
     // Above the button: the tool bar is the window's bottom row.
     QToolTip::showText(save->mapToGlobal(QPoint(0, -2 * save->height())), QStringLiteral("Saved %1").arg(file), save,
                        QRect(), 5000);
@@ -266,9 +276,13 @@ void frmSTY2::ToolbarExport() {
 
 std::int16_t frmSTY2::ShownRemapPalette() const {
     if (lstRemaps->currentRow() <= 0 || !lstRemaps->isEnabled()) return -1;
-    const long m = lstRemaps->currentItem()->text().toLong();
+    return RemapPalette(lstRemaps->currentRow()).value_or(-1);
+}
+
+std::optional<std::int16_t> frmSTY2::RemapPalette(int row) const {
+    const long m = lstRemaps->item(row)->text().toLong();
     const long v = modDeclares::STYPalBase[0] + modDeclares::STYPalBase[1] + m;
-    if (v < 0 || static_cast<std::size_t>(v) >= modDeclares::STYPalIndex.size()) return -1;
+    if (v < 0 || static_cast<std::size_t>(v) >= modDeclares::STYPalIndex.size()) return std::nullopt;
     return modDeclares::STYPalIndex[static_cast<std::size_t>(v)];
 }
 
@@ -291,8 +305,8 @@ void frmSTY2::ToolbarImport() {
         Tell(path.toStdString() + " is not a JASC-PAL palette file. The palette was not changed.");
         return;
     }
-    const bool imported =
-        RecordEdit(ombrevale::editparts::Kind::Palette, p, QStringLiteral("JASC import into palette %1").arg(p + 1),
-                   [&] { return Sty().ImportPalette(path.toStdString(), p); });
+    const bool imported = RecordEdit(ombrevale::editparts::Kind::Palette, p,
+                                     QStringLiteral("JASC import into %1").arg(ombrevale::workbench::PaletteName(p)),
+                                     [&] { return Sty().ImportPalette(path.toStdString(), p); });
     if (imported) lstPalettes_Click();
 }

@@ -1,25 +1,64 @@
-// Wiring of the views a user asks for: their keys and context menus. None of
-// them shows until asked, so the window starts as it always has.
+// The views a user asks for: their keys, their menus and their windows. None
+// of them shows until asked, so the window starts as it always has; each
+// view is a class of its own, reaching the window through the calls here.
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
 #include <QListWidget>
 #include <QMenu>
+#include <QScrollBar>
 #include <QTabWidget>
 
 #include "pixels/paletteusage.h"
 #include "style/carrecord.h"
+#include "style/hooks.h"
+#include "style/moddeclares.h"
+#include "style/surfaces.h"
+#include "workbench/allremapswindow.h"
 #include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
+#include "workbench/gotofind.h"
+#include "workbench/paletteusagewindow.h"
 #include "workbench/picturebox.h"
+#include "workbench/sheetgeometry.h"
+#include "workbench/surfaceoverlay.h"
 #include "workbench/zoomlens.h"
 
+using namespace ombrevale::workbench;
+
 namespace {
+
 enum Page { kTiles, kSprites, kPalettes, kFont };
+
+// A command of a view, its key working while its page shows.
+QAction* ViewAction(QWidget* window, const QString& text, const QKeySequence& key, int page, QTabWidget* pages,
+                    std::function<void()> run) {
+    auto* a = new QAction(text, window);
+    a->setShortcut(key);
+    a->setShortcutContext(Qt::WindowShortcut);
+    a->setToolTip(text + QStringLiteral(" (") + key.toString(QKeySequence::NativeText) + QLatin1Char(')'));
+    a->setProperty("page", page);
+    a->setEnabled(pages->currentIndex() == page);
+    // On another page the key goes on to the control that has the focus.
+    QObject::connect(pages, &QTabWidget::currentChanged, a, [a, page](int now) { a->setEnabled(now == page); });
+    QObject::connect(a, &QAction::triggered, window, std::move(run));
+    window->addAction(a);
+    return a;
+}
+
+void ShowMenu(QWidget* on, const QPoint& at, const QList<QAction*>& actions) {
+    QMenu menu;
+    menu.addActions(actions);
+    menu.exec(on->mapToGlobal(at));
+}
+
 }  // namespace
 
 void frmSTY2::WireViews() {
-    picSpriteZoom = new ombrevale::workbench::ZoomLens(picSprite);
-    picFontZoom = new ombrevale::workbench::ZoomLens(picFont);
+    picSpriteZoom = new ZoomLens(picSprite);
+    picFontZoom = new ZoomLens(picFont);
     // The car record's view reaches the window through these three calls.
-    ombrevale::workbench::CarRecordHost host;
+    CarRecordHost host;
     host.record = [this] {
         const int s = lstSprites->currentRow();
         return s >= 0 && s < modDeclares::STYSpriteBase[0] ? ombrevale::paletteusage::CarRecordOfSprite(s) : -1;
@@ -35,39 +74,141 @@ void frmSTY2::WireViews() {
             return true;
         });
     };
-    carPanel_ = new ombrevale::workbench::CarRecordPanel(std::move(host), picSprite, picSpriteZoom, lstInfo,
-                                                         SprTab->widget(0), this);
-    lstPalettes->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(lstPalettes, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
-        QMenu menu;
-        menu.addAction(QStringLiteral("Palette usage...\tCtrl+U"), this, [this] { ShowPaletteUsage(); });
-        menu.exec(lstPalettes->viewport()->mapToGlobal(at));
+    carPanel_ = new CarRecordPanel(std::move(host), picSprite, picSpriteZoom, lstInfo, SprTab->widget(0), this);
+    surfaces_ = new SurfaceView(picMain, picCont, vScroll);
+
+    const auto caption = [this](int s) { return lstSprites->item(s)->text(); };
+    usage_ = new PaletteUsageWindow(
+        {[this] { return lstPalettes->currentRow(); }, [this] { return static_cast<int>(Sty().GetNumOfTiles()); },
+         [this] { return lstSprites->count(); }, caption},
+        this);
+    connect(usage_, &PaletteUsageWindow::TileChosen, this, [this](int t) { GoToTile(t); });
+    connect(usage_, &PaletteUsageWindow::SpriteChosen, this, [this](int s, int position) {
+        MainTab->setCurrentIndex(kSprites);
+        lstSprites->setCurrentRow(s);
+        lstSprites->scrollToItem(lstSprites->item(s));
+        // Row 0 of the remaps is the sprite's own palette.
+        if (position >= 0) lstRemaps->setCurrentRow(position + 1);
     });
-    lstRemaps->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(lstRemaps, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) {
-        QMenu menu;
-        menu.addAction(QStringLiteral("All remaps...\tCtrl+R"), this, [this] { ShowAllRemaps(); });
-        menu.exec(lstRemaps->viewport()->mapToGlobal(at));
+
+    AllRemapsWindow::Source remaps;
+    remaps.sprite = [this] { return lstRemaps->isEnabled() && lstRemaps->count() > 0 ? lstSprites->currentRow() : -1; };
+    remaps.spriteCaption = caption;
+    remaps.remaps = [this] {
+        std::vector<int> numbers;
+        for (int row = 1; row < lstRemaps->count(); ++row) numbers.push_back(lstRemaps->item(row)->text().toInt());
+        return numbers;
+    };
+    auto* box = new PictureBox(this);
+    box->hide();
+    remaps.picture = [this, box](int row) {
+        const int s = lstSprites->currentRow(), w = std::max(1, Sty().GetSpriteWidth(s)),
+                  h = std::max(1, Sty().GetSpriteHeight(s));
+        const auto remap = row == 0 ? std::optional<std::int16_t>(-1) : RemapPalette(row);
+        std::int16_t pal = remap.value_or(-1);
+        QImage empty(w, h, QImage::Format_ARGB32);
+        empty.fill(Qt::transparent);
+        box->resize(w, h);
+        if (!remap || !Sty().RenderSprite(s, *box, pal)) return empty;
+        return box->image().copy(0, 0, w, h);
+    };
+    allRemaps_ = new AllRemapsWindow(std::move(remaps), this);
+    // Row i of the strip is row i of lstRemaps: a click there is a click here.
+    connect(allRemaps_, &AllRemapsWindow::RemapChosen, this, [this](int row) {
+        MainTab->setCurrentIndex(kSprites);
+        lstRemaps->setCurrentRow(row);
     });
+
+    goToFind_ = new GoToFind({[this] { return static_cast<int>(Sty().GetNumOfTiles()); },
+                              [this] { return lstSprites->count(); }, [this](int t) { GoToTile(t); },
+                              [this](int s) {
+                                  MainTab->setCurrentIndex(kSprites);
+                                  lstSprites->setCurrentRow(s);
+                                  lstSprites->scrollToItem(lstSprites->item(s));
+                              }},
+                             this);
+    WireViewKeys();
 }
 
-bool frmSTY2::ViewKey(int key) {
-    const int page = MainTab->currentIndex();
-    if (page == kTiles && key == Qt::Key_G)
-        AskGoToTile();
-    else if (page == kTiles && key == Qt::Key_T)
-        ShowSurfaces(!surfacesShown_);
-    else if (page == kSprites && key == Qt::Key_F)
-        AskFindSprite();
-    else if (page == kSprites && key == Qt::Key_R)
-        ShowAllRemaps();
-    else if (page == kSprites && key == Qt::Key_K)
-        carPanel_->ToggleOverlay();
-    else if (page == kSprites && key == Qt::Key_E)
-        carPanel_->Edit();
-    else if (page == kPalettes && key == Qt::Key_U)
-        ShowPaletteUsage();
-    else
-        return false;
-    return true;
+void frmSTY2::WireViewKeys() {
+    const auto ctrl = [](Qt::Key key) { return QKeySequence(Qt::CTRL | key); };
+    QAction* goTo = ViewAction(this, QStringLiteral("Go to tile..."), ctrl(Qt::Key_G), kTiles, MainTab,
+                               [this] { goToFind_->AskTile(); });
+    QAction* tint = ViewAction(this, QStringLiteral("Tint surface types"), ctrl(Qt::Key_T), kTiles, MainTab,
+                               [this] { ShowSurfaces(!surfaces_->Shown()); });
+    QAction* find = ViewAction(this, QStringLiteral("Find sprite..."), ctrl(Qt::Key_F), kSprites, MainTab,
+                               [this] { goToFind_->AskSprite(); });
+    QAction* all = ViewAction(this, QStringLiteral("All remaps..."), ctrl(Qt::Key_R), kSprites, MainTab,
+                              [this] { allRemaps_->Open(); });
+    QAction* car = ViewAction(this, QStringLiteral("Show car record"), ctrl(Qt::Key_K), kSprites, MainTab,
+                              [this] { carPanel_->ToggleOverlay(); });
+    QAction* editCar = ViewAction(this, QStringLiteral("Edit car record..."), ctrl(Qt::Key_E), kSprites, MainTab,
+                                  [this] { carPanel_->Edit(); });
+    QAction* usage = ViewAction(this, QStringLiteral("Palette usage..."), ctrl(Qt::Key_U), kPalettes, MainTab,
+                                [this] { usage_->Open(); });
+    tint->setCheckable(true);
+    sheetViews_ = {goTo, tint};
+    auto* keys = new QAction(QStringLiteral("Keys"), this);
+    keys->setShortcuts(QKeySequence::HelpContents);
+    keys->setShortcutContext(Qt::WindowShortcut);
+    connect(keys, &QAction::triggered, this,
+            [this] { MsgBox(KeysText().toStdString(), "Ombrevale keys", MsgIcon::Information); });
+    addAction(keys);
+    for (auto [list, actions] :
+         {std::pair{lstSprites, QList<QAction*>{find, all, car, editCar}}, std::pair{lstRemaps, QList<QAction*>{all}},
+          std::pair{lstPalettes, QList<QAction*>{usage}}}) {
+        list->setContextMenuPolicy(Qt::CustomContextMenu);
+        connect(list, &QWidget::customContextMenuRequested, this,
+                [list, actions](const QPoint& at) { ShowMenu(list->viewport(), at, actions); });
+    }
+}
+
+void frmSTY2::SheetMenu(const QPoint& at) {
+    const auto t = ombrevale::sheet::TileAt(at.x(), at.y(), Cols());
+    if (!t) return;
+    // The menu is about the tile under the pointer: it is chosen as a click chooses it.
+    if (sSelKind != "t" || picMain->Tag.toInt() != *t) picMain_MouseUp(Qt::RightButton, 0, at.x(), at.y());
+    QMenu menu;
+    if (sSelKind == "t" && picMain->Tag.toInt() == *t) {
+        menu.addAction(QStringLiteral("Import picture into tile %1...").arg(*t), this, [this] { ImportPicture(); });
+        menu.addAction(QStringLiteral("Export tile %1...").arg(*t), this,
+                       [this] { tlbMain_ButtonClick(QStringLiteral("export")); });
+        menu.addSeparator();
+    }
+    menu.addActions(sheetViews_);
+    menu.exec(picMain->mapToGlobal(at));
+}
+
+void frmSTY2::ShowSurfaces(bool on) {
+    sheetViews_[1]->setChecked(on);
+    if (!on) return surfaces_->Hide();
+    const auto map = ombrevale::surfaces::ReadSurfaces(Sty().STYSurfaceSpec, Sty().GetNumOfTiles());
+    surfaces_->Show(map.type, Cols());
+    // Every render shows the tint again; the damage is the file's, told once a load.
+    if (!map.problem.empty() && FirstTelling(map.problem)) MsgBox(map.problem, "Ombrevale", MsgIcon::Exclamation);
+}
+
+void frmSTY2::FollowDocument() {
+    usage_->Follow();
+    allRemaps_->Follow();
+}
+
+QString frmSTY2::KeysText() const {
+    QStringList lines;
+    const auto add = [&](const QAction* a, const QString& where) {
+        if (a->shortcut().isEmpty()) return;
+        QString text = a->text();
+        text.remove(QLatin1Char('&'));
+        lines << QStringLiteral("%1\t%2%3").arg(a->shortcut().toString(QKeySequence::NativeText), text, where);
+    };
+    const ToolbarActions& t = actions_;
+    for (const QAction* a : {t.open, t.save, t.saveAs, t.undo, t.redo, t.importFolder}) add(a, QString());
+    static const char* const kPages[] = {"Tiles", "Sprites", "Palettes", "Font"};
+    for (const QAction* a : actions()) {
+        const QVariant page = a->property("page");
+        if (page.isValid()) add(a, QStringLiteral(" (%1 page)").arg(QString::fromLatin1(kPages[page.toInt()])));
+    }
+    lines << QStringLiteral("Up, Down, Page Up, Page Down\tscroll the tile sheet")
+          << QStringLiteral("Ctrl+wheel\tzoom the sprite or the font text") << QStringLiteral("Esc\tclose the window");
+    return lines.join(QLatin1Char('\n'));
 }

@@ -1,11 +1,16 @@
 #include "workbench/surfaceoverlay.h"
 
 #include <QEvent>
+#include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QToolTip>
+#include <algorithm>
 #include <array>
 
+#include "style/moddeclares.h"
 #include "style/surfaces.h"
+#include "workbench/sheetgeometry.h"
 
 namespace ombrevale::workbench {
 namespace {
@@ -99,6 +104,57 @@ void SurfaceLegend::paintEvent(QPaintEvent*) {
         p.drawText(QRect(kSwatch + 9, y, width(), kLine), Qt::AlignLeft | Qt::AlignVCenter,
                    QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
     }
+}
+
+SurfaceView::SurfaceView(QWidget* sheet, QWidget* page, QWidget* scrollBar)
+    : QObject(sheet), sheet_(sheet), overlay_(new SurfaceOverlay(sheet)), legend_(new SurfaceLegend(page, scrollBar)) {
+    overlay_->hide();
+    legend_->hide();
+    sheet->installEventFilter(this);
+}
+
+void SurfaceView::Show(std::vector<std::uint8_t> types, int cols) {
+    shown_ = true;
+    cols_ = cols;
+    overlay_->SetTypes(std::move(types), cols, sheet::kCell);
+    overlay_->show();
+    legend_->show();
+    overlay_->raise();
+    legend_->raise();
+}
+
+void SurfaceView::Hide() {
+    shown_ = false;
+    overlay_->hide();
+    legend_->hide();
+}
+
+QString SurfaceView::CellTip(int x, int y) const {
+    const auto t = sheet::TileAt(x, y, cols_);
+    const auto& types = overlay_->Types();
+    if (!t || static_cast<std::size_t>(*t) >= types.size()) return {};
+    const auto i = static_cast<std::size_t>(*t);
+    const auto& palIndex = modDeclares::STYPalIndex;
+    // Named as the Palettes list names it, with the number the Tiles page's caption gives.
+    const QString pal = i < palIndex.size() ? QStringLiteral("%1 (physical %2)").arg(palIndex[i] + 1).arg(palIndex[i])
+                                            : QStringLiteral("none");
+    const auto name =
+        surfaces::kTypeNames[static_cast<std::size_t>(std::clamp<int>(types[i], 1, surfaces::kTypes) - 1)];
+    return QStringLiteral("Tile %1\nPalette: %2\nSurface: %3")
+        .arg(*t)
+        .arg(pal)
+        .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));
+}
+
+bool SurfaceView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != sheet_ || event->type() != QEvent::ToolTip || !shown_) return false;
+    auto* help = static_cast<QHelpEvent*>(event);
+    const QString tip = CellTip(help->pos().x(), help->pos().y());
+    if (tip.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(help->globalPos(), tip, sheet_);
+    return true;
 }
 
 }  // namespace ombrevale::workbench

@@ -4,6 +4,7 @@
 // sheet's picture stays what the renders made.
 
 #include <QColor>
+#include <QObject>
 #include <QWidget>
 #include <cstdint>
 #include <vector>
@@ -44,6 +45,30 @@ protected:
 private:
     void Place();
     QWidget* leftOf_;
+};
+
+// The surface view of the Tiles page: the tint over the sheet, its legend,
+// and a tip a cell naming the tile, its palette and its surface type.
+class SurfaceView : public QObject {
+public:
+    // sheet: the tile sheet; page and scrollBar: where the legend stands.
+    SurfaceView(QWidget* sheet, QWidget* page, QWidget* scrollBar);
+    bool Shown() const { return shown_; }
+    // Tints the tiles, one type a tile, in rows of cols cells.
+    void Show(std::vector<std::uint8_t> types, int cols);
+    void Hide();
+    // Tile number, palette and surface type of the cell at sheet pixel (x, y); empty off the tiles.
+    QString CellTip(int x, int y) const;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* sheet_;
+    SurfaceOverlay* overlay_;
+    SurfaceLegend* legend_;
+    int cols_ = 0;
+    bool shown_ = false;
 };
 
 }  // namespace ombrevale::workbench

@@ -33,6 +33,12 @@ class CarRecordTest : public QObject {
     std::unique_ptr<frmSTY2> w_;
     int runs_ = 0;
     frmSTY2& W() { return *w_; }
+    // The window's keys reach it while it is the active window, as on a desktop.
+    void Show() {
+        W().show();
+        W().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&W()));
+    }
     CarRecordPanel* Panel() { return W().findChild<CarRecordPanel*>(); }
     QString TableWidth() { return W().lstInfo->topLevelItem(1)->text(1); }
 
@@ -110,7 +116,7 @@ private slots:
     // Ctrl+K draws the shown car's record and takes it away again; nothing shows before.
     void overlayFollowsTheCar() {
         w_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
-        W().show();
+        Show();
         W().MainTab->setCurrentIndex(1);
         W().lstSprites->setCurrentRow(kCar);
         CarRecordOverlay* overlay = Panel()->Overlay();
@@ -136,7 +142,7 @@ private slots:
     void editAndUndo() {
         QFETCH(Opens, opens);
         w_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
-        W().show();
+        Show();
         W().MainTab->setCurrentIndex(1);
         W().lstSprites->setCurrentRow(kCar);
         QTest::keyClick(&W(), Qt::Key_K, Qt::ControlModifier);
@@ -167,9 +173,10 @@ private slots:
         after.doors.clear();
         after.numDoors = 0;
         QVERIFY(STYCarInfo[kCar] == after);
-        QCOMPARE(W().undoStack->count(), 1);
+        QCOMPARE(W().UndoStack()->count(), 1);
         QCOMPARE(TableWidth(), QStringLiteral("20"));
         QVERIFY(Panel()->Overlay()->Record() == after);
+        Show();  // back from the dialog
         QTest::keyClick(&W(), Qt::Key_Z, Qt::ControlModifier);
         QVERIFY(STYCarInfo[kCar] == before);
         QCOMPARE(TableWidth(), width);

@@ -14,6 +14,7 @@
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
+#include "workbench/allremapswindow.h"
 #include "workbench/colourchoice.h"
 #include "workbench/edithistory.h"
 #include "workbench/fontchoice.h"
@@ -21,6 +22,7 @@
 #include "workbench/keptcopy.h"
 #include "workbench/keptoffer.h"
 #include "workbench/keycodes.h"
+#include "workbench/paletteusagewindow.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/surfaceoverlay.h"
@@ -116,9 +118,17 @@ class PanesTest : public QObject {
     int Click(const char* key) {
         return Says([&] { W().tlbMain_ButtonClick(QString::fromLatin1(key)); });
     }
-    void Ctrl(QWidget* on, Qt::Key key) { QTest::keyClick(on, key, Qt::ControlModifier); }
+    // The window's keys reach it while it is the active window, as on a desktop.
+    void Show() {
+        W().show();
+        W().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&W()));
+    }
+    void Ctrl(QWidget* on, Qt::Key key) {
+        Show();
+        QTest::keyClick(on, key, Qt::ControlModifier);
+    }
     QPoint CellCentre(int t) { return {t % W().Cols() * 64 + 32, t / W().Cols() * 64 + 32}; }
-    QAction* Button(const char* key) { return W().tlbMain->findChild<QAction*>(QString::fromLatin1(key)); }
 
     State Now() {
         return {ombrevale::testsupport::TakeSnapshot(W().Sty()),
@@ -413,7 +423,7 @@ private slots:
         W().FontChoiceView()->combo()->setCurrentIndex(2);
         W().cmdCreateText_Click();
         W().vScroll->setValue(640);
-        Button("trans")->trigger();
+        W().Actions().trans->trigger();
         std::filesystem::copy_file(OMBREVALE_SAMPLE, dir_.File("a.sty"));
         answers_ = {F("a.sty")};
         QCOMPARE(Click("open"), 0);
@@ -515,7 +525,7 @@ private slots:
         const auto last = std::find_if(calls.rbegin(), calls.rend(),
                                        [](const std::string& c) { return c == "end" || c.rfind("start", 0) == 0; });
         QVERIFY(last == calls.rend() || *last == "end");
-        QVERIFY(Now() == before && !Button("undo")->isEnabled());
+        QVERIFY(Now() == before && !W().Actions().undo->isEnabled());
         QCOMPARE(W().CurrentStylePath(), std::string(OMBREVALE_SAMPLE));
     }
 
@@ -554,12 +564,12 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(store.Find(path).has_value(), 1000);
         QVERIFY(kept() == edited);
         QVERIFY(W().lblUnsaved->isVisibleTo(&W()) && W().lblUnsaved->toolTip().startsWith("1 unsaved edit,"));
-        W().undoStack->undo();
+        W().UndoStack()->undo();
         QVERIFY(kept().empty() && !W().lblUnsaved->isVisibleTo(&W()));
-        W().undoStack->redo();
+        W().UndoStack()->redo();
         QVERIFY(kept() == edited);
         W().cmdGen_Click();
-        QVERIFY(kept() == edited && !W().undoStack->canUndo());
+        QVERIFY(kept() == edited && !W().UndoStack()->canUndo());
         QVERIFY(W().KeptEditsOffer()->isVisibleTo(&W()));
         QVERIFY2(W().KeptEditsOffer()->Text().startsWith("Unsaved edits of kept.sty from ") &&
                      W().KeptEditsOffer()->Text().endsWith("(1 edit: Import into tile 5)"),
@@ -567,7 +577,7 @@ private slots:
         // An edit now would take their place: No leaves the edit unmade and them on offer.
         yes_ = false;
         QCOMPARE(Says([&] { Make(Edit::RecycleAdd); }), 0);
-        QVERIFY(!W().undoStack->canUndo() && kept() == edited && W().KeptEditsOffer()->isVisibleTo(&W()));
+        QVERIFY(!W().UndoStack()->canUndo() && kept() == edited && W().KeptEditsOffer()->isVisibleTo(&W()));
         // Changed on disk since: No to the question restores nothing.
         auto changed = ombrevale::stylewriter::ReadFile(path);
         changed.back() ^= 1;
@@ -611,8 +621,8 @@ private slots:
                  hooks.messages()[0].c_str());
         QCOMPARE(W().Sty().STYTileStore.at(5)[3 * 64 + 3], std::uint8_t(tile.pixelIndex(3, 3)));
         QVERIFY(Now().cell != before.cell);
-        QCOMPARE(W().undoStack->count(), 1);
-        W().undoStack->undo();
+        QCOMPARE(W().UndoStack()->count(), 1);
+        W().UndoStack()->undo();
         QVERIFY(Now() == before);
     }
 
@@ -635,7 +645,7 @@ private slots:
         const auto cleanStores = ombrevale::testsupport::TakeSnapshot(W().Sty());
         if (what == "redo") {
             Make(Edit::Tile);
-            W().undoStack->undo();
+            W().UndoStack()->undo();
             folders_.clear();
         }
         answers_ = {F("during.sty")};
@@ -679,9 +689,11 @@ private slots:
         const double a = qAlpha(tint) / 255.0;
         QVERIFY(std::abs(qRed(shown) - (qRed(tint) * a + qRed(drawn) * (1 - a))) < 2);
         QVERIFY(std::abs(qBlue(shown) - (qBlue(tint) * a + qBlue(drawn) * (1 - a))) < 2);
-        QCOMPARE(
-            W().CellTip(at.x(), at.y()),
-            QStringLiteral("Tile %1\nPalette: %2\nSurface: road").arg(road).arg(STYPalIndex.at(std::size_t(road))));
+        QCOMPARE(W().Surfaces()->CellTip(at.x(), at.y()),
+                 QStringLiteral("Tile %1\nPalette: %2 (physical %3)\nSurface: road")
+                     .arg(road)
+                     .arg(STYPalIndex.at(std::size_t(road)) + 1)
+                     .arg(STYPalIndex.at(std::size_t(road))));
         Ctrl(W().picMain, Qt::Key_T);
         QCOMPARE(W().picMain->grab().toImage().pixel(at) | 0xFF000000u, drawn | 0xFF000000u);
         // Shown again, the list is read again: a damaged one gives one message, not one a render.
@@ -735,10 +747,10 @@ private slots:
         W().MainTab->setCurrentIndex(2);
         W().lstPalettes->setCurrentRow(Remap(1));
         Ctrl(W().lstPalettes, Qt::Key_U);
-        const auto found =
-            W().lstUsage->findItems(QStringLiteral("Car: 1, remap %1").arg(STYCarInfo[0].remaps[1]), Qt::MatchExactly);
+        const auto found = W().PaletteUsage()->findItems(
+            QStringLiteral("Car: 1, remap %1").arg(STYCarInfo[0].remaps[1]), Qt::MatchExactly);
         QCOMPARE(found.size(), 1);
-        ClickRow(W().lstUsage, W().lstUsage->row(found[0]));
+        ClickRow(W().PaletteUsage(), W().PaletteUsage()->row(found[0]));
         QCOMPARE(W().lstSprites->currentRow(), 0);
         QCOMPARE(W().lstRemaps->currentRow(), 2);
     }
@@ -781,7 +793,7 @@ private slots:
         W().MainTab->setCurrentIndex(1);
         W().lstSprites->setCurrentRow(0);
         Ctrl(W().lstSprites, Qt::Key_R);
-        QListWidget* strip = W().lstAllRemaps;
+        QListWidget* strip = W().AllRemaps();
         QCOMPARE(strip->count(), W().lstRemaps->count());
         QCOMPARE(strip->item(2)->text(), QStringLiteral("remap %1").arg(STYCarInfo[0].remaps[1]));
         const QImage want = Drawn(W().Sty(), 0, Remap(1));
@@ -818,17 +830,18 @@ private slots:
         QVERIFY(after.stores != before.stores);
         QVERIFY(edit != Edit::Delta || after.stores.spriteData == before.stores.spriteData);
         QVERIFY2(after.Of(shows) != before.Of(shows), "the edit shows");
-        QVERIFY(Button("undo")->isEnabled());
+        QVERIFY(W().Actions().undo->isEnabled());
         const std::string kind = W().sSelKind;
         W().MainTab->setCurrentIndex(0);
+        Show();
         QTest::keyClick(&W(), Qt::Key_Z, Qt::ControlModifier);
         QVERIFY(Now() == before);
-        QVERIFY(Button("redo")->isEnabled() && !Button("undo")->isEnabled() && W().sSelKind == kind);
+        QVERIFY(W().Actions().redo->isEnabled() && !W().Actions().undo->isEnabled() && W().sSelKind == kind);
         QTest::keyClick(&W(), ctrlY ? Qt::Key_Y : Qt::Key_Z,
                         Qt::ControlModifier | (ctrlY ? Qt::NoModifier : Qt::ShiftModifier));
         QVERIFY(Now() == after && hooks.messages().empty());
         W().cmdGen_Click();
-        QVERIFY(!Button("undo")->isEnabled() && !Button("redo")->isEnabled());
+        QVERIFY(!W().Actions().undo->isEnabled() && !W().Actions().redo->isEnabled());
     }
 
     // The choice for a picture the palette does not hold shows both ways at 2x, and
@@ -891,7 +904,7 @@ private slots:
         };
         std::vector<State> states{Now()};
         // The two oldest steps weighed without a budget give one that holds the newest two, not all three.
-        auto* unbounded = new EditHistory(W().undoStack, SIZE_MAX);
+        auto* unbounded = new EditHistory(W().UndoStack(), SIZE_MAX);
         tile(kTile);
         const std::size_t tileBytes = unbounded->HeldBytes();
         states.push_back(Now());
@@ -899,25 +912,25 @@ private slots:
         const std::size_t deltaBytes = unbounded->HeldBytes() - tileBytes;
         states.push_back(Now());
         delete unbounded;
-        const auto* history = new EditHistory(W().undoStack, deltaBytes + tileBytes * 3 / 2);
+        const auto* history = new EditHistory(W().UndoStack(), deltaBytes + tileBytes * 3 / 2);
         QList<bool> heard;
         const QObject listener;  // goes with the test, before the window's stack
-        connect(W().undoStack, &QUndoStack::cleanChanged, &listener, [&](bool clean) {
+        connect(W().UndoStack(), &QUndoStack::cleanChanged, &listener, [&](bool clean) {
             if (!history->Trimming()) heard << clean;
         });
-        W().undoStack->setClean();  // saved after the delta
+        W().UndoStack()->setClean();  // saved after the delta
         tile(kTile + 1);
         states.push_back(Now());
-        QCOMPARE(W().undoStack->count(), 2);
-        QCOMPARE(W().undoStack->cleanIndex(), 1);
+        QCOMPARE(W().UndoStack()->count(), 2);
+        QCOMPARE(W().UndoStack()->cleanIndex(), 1);
         for (int i = 2; i >= 1; --i) {
-            W().undoStack->undo();
+            W().UndoStack()->undo();
             QVERIFY(Now() == states[std::size_t(i)]);
         }
-        QVERIFY(!W().undoStack->canUndo());
+        QVERIFY(!W().UndoStack()->canUndo());
         QCOMPARE(heard, (QList<bool>{true, false, true, false}));
-        W().undoStack->redo();
-        W().undoStack->redo();
+        W().UndoStack()->redo();
+        W().UndoStack()->redo();
         QVERIFY(Now() == states.back());
     }
 };

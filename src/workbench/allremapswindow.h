@@ -1,0 +1,39 @@
+#pragma once
+// All remaps at once: a car sprite in its own palette and in each remap of
+// its record, side by side in a small window; a click chooses that remap.
+
+#include <QImage>
+#include <QListWidget>
+#include <functional>
+#include <vector>
+
+namespace ombrevale::workbench {
+
+class AllRemapsWindow : public QListWidget {
+    Q_OBJECT
+public:
+    struct Source {
+        // The car sprite chosen and its caption; -1 when no car sprite with remaps is.
+        std::function<int()> sprite;
+        std::function<QString(int)> spriteCaption;
+        // The remap numbers of its record; row 0 of the window is its own palette.
+        std::function<std::vector<int>()> remaps;
+        // The sprite in row's colours: row 0 its own, row k remap k's; null when that has no palette.
+        std::function<QImage(int row)> picture;
+    };
+    AllRemapsWindow(Source source, QWidget* owner);
+    void Open();
+    // Fills it anew when it shows: after a load, or another sprite chosen.
+    void Follow();
+
+signals:
+    // Row 0 is the sprite's own palette, row k the k-th remap of its record.
+    void RemapChosen(int row);
+
+private:
+    void Fill();
+    Source source_;
+    QWidget* owner_;
+};
+
+}  // namespace ombrevale::workbench

@@ -1,0 +1,44 @@
+#pragma once
+// Palette usage: the tiles, sprites and car remaps a physical palette
+// colours, in a small window beside the main one; a click goes to one.
+
+#include <QListWidget>
+#include <functional>
+#include <vector>
+
+namespace ombrevale::workbench {
+
+class PaletteUsageWindow : public QListWidget {
+    Q_OBJECT
+public:
+    struct Source {
+        std::function<int()> palette;  // the palette chosen, from 0; -1 for none
+        std::function<int()> tiles;
+        std::function<int()> sprites;
+        std::function<QString(int)> spriteCaption;
+    };
+    PaletteUsageWindow(Source source, QWidget* owner);
+    // Fills the window for the palette chosen, then shows it beside the owner.
+    void Open();
+    // Fills it anew when it shows: after a load, or another palette chosen.
+    void Follow();
+
+signals:
+    void TileChosen(int tile);
+    // remapPosition: the remap's place in its record's list, -1 for the sprite's own palette.
+    void SpriteChosen(int sprite, int remapPosition);
+
+private:
+    void Fill();
+    void Choose(QListWidgetItem* item);
+    struct Row {
+        enum Kind { Tile, Sprite, Remap } kind;
+        int number;    // tile or sprite
+        int position;  // of the remap in its record's list
+    };
+    Source source_;
+    QWidget* owner_;
+    std::vector<Row> rows_;
+};
+
+}  // namespace ombrevale::workbench
