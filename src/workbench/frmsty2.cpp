@@ -28,6 +28,7 @@
 #include "workbench/topmost.h"
 #include "workbench/twips.h"
 #include "workbench/windowsfonts.h"
+#include "workbench/zoomlens.h"
 
 using ombrevale::twips::Place;
 
@@ -235,6 +236,7 @@ void frmSTY2::ResetPanes() {
     lblColour->setPalette(QPalette());
     picPalette->Cls();
     picFont->Cls();
+    for (auto* lens : {picSpriteZoom, picFontZoom}) lens->SetPictureSize({});
     fontChoice_->Reset();
     Place(picTemp, 1350, 2910, 1320, 1725);
     picTemp->Cls();

@@ -1,12 +1,14 @@
 // The Font page: a line of text set in the font sprites, glyph after glyph,
 // by the fixed rule or in one of the style's own fonts.
 #include <QLineEdit>
+#include <algorithm>
 
 #include "style/fonts.h"
 #include "style/hooks.h"
 #include "workbench/fontchoice.h"
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
+#include "workbench/zoomlens.h"
 
 namespace fonts = ombrevale::fonts;
 
@@ -17,7 +19,7 @@ void frmSTY2::cmdCreateText_Click() {
     const fonts::Line line = fonts::SetLine(Sty(), font, std::string_view(text.constData(), std::size_t(text.size())));
     // The fixed rule leaves out what it cannot draw; a style's font leaves a word's gap.
     const int gap = font == fonts::kFixedRule ? 0 : fonts::SpaceWidth(Sty(), font);
-    int x = 0;
+    int x = 0, height = 0;
     for (const auto& glyph : line.glyphs) {
         if (!glyph) {
             x += gap;
@@ -29,7 +31,9 @@ void frmSTY2::cmdCreateText_Click() {
         if (!Sty().RenderSprite(*glyph, *picTemp, own)) continue;
         picFont->BitBlt(x, 0, picTemp->width(), picTemp->height(), *picTemp, 0, 0);
         x += picTemp->width();
+        height = std::max(height, picTemp->height());
     }
+    picFontZoom->SetPictureSize(QSize(x, height));
     const QString missing = QString::fromLatin1(line.missing.data(), qsizetype(line.missing.size()));
     if (font == fonts::kFixedRule) {
         fontChoice_->Note({});

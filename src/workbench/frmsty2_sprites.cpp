@@ -16,6 +16,7 @@
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
 #include "workbench/twips.h"
+#include "workbench/zoomlens.h"
 
 using modDeclares::STYCarInfo;
 using modDeclares::STYPalBase;
@@ -138,6 +139,7 @@ void frmSTY2::ShowSprite() {
     const int s = lstSprites->currentRow();
     if (s < 0) return;
     iSelNum = static_cast<std::int16_t>(s);
+    picSpriteZoom->SetPictureSize(QSize(Sty().GetSpriteWidth(s), Sty().GetSpriteHeight(s)));
     const int remapRow = lstRemaps->currentRow();
     std::int16_t p = 0;
     if (remapRow <= 0) {

@@ -14,6 +14,7 @@
 #include "support/hookrecorder.h"
 #include "support/storesnapshot.h"
 #include "support/tempdir.h"
+#include "teststyle.h"
 #include "workbench/allremapswindow.h"
 #include "workbench/colourchoice.h"
 #include "workbench/edithistory.h"
@@ -107,6 +108,7 @@ class PanesTest : public QObject {
     ombrevale::workbench::ColourAnswer choice_ = ombrevale::workbench::ColourAnswer::Nearest;
     QImage nearestPreview_, ownPreview_;
     QString ownNote_;
+    QString question_, prompt_;  // the colour choice's question, the input box's prompt
     frmSTY2& W() { return *w_; }
     QString F(const std::string& name) const { return QString::fromStdString(dir_.File(name)); }
     // The messages the window gave while f ran.
@@ -203,13 +205,17 @@ private slots:
         for (int i = 0; i < 256; ++i) pal << i << " 1 2\n";
         using ombrevale::panesdialogs::FileMode;
         ombrevale::panesdialogs::Install(
-            {[this](QWidget*, const QString&) { return reply_; },
+            {[this](QWidget*, const QString& prompt) {
+                 prompt_ = prompt;
+                 return reply_;
+             },
              [this](QWidget*, FileMode, const QString&, const QString&, const QString& folder) {
                  folders_ << folder;
                  return answers_.isEmpty() ? QString() : answers_.takeFirst();
              },
              [this](QWidget*, const QString&) { return yes_; },
              [this](ombrevale::workbench::ColourChoice& d) {
+                 question_ = d.findChild<QLabel*>()->text();
                  nearestPreview_ = d.NearestPreview();
                  ownPreview_ = d.OwnPreview();
                  ownNote_ = d.OwnButton()->isEnabled() ? QString() : d.OwnNote()->text();
@@ -802,6 +808,149 @@ private slots:
         QCOMPARE(W().lstRemaps->currentRow(), 2);
         W().lstSprites->setCurrentRow(W().lstSprites->count() - 1);
         QCOMPARE(strip->count(), 0);
+    }
+
+    // The added windows show the style now in the window: after Open, nothing of the last one.
+    void viewsFollowTheDocument() {
+        W().MainTab->setCurrentIndex(1);
+        W().lstSprites->setCurrentRow(0);
+        Ctrl(W().lstSprites, Qt::Key_R);
+        W().MainTab->setCurrentIndex(2);
+        W().lstPalettes->setCurrentRow(Remap(1));
+        Ctrl(W().lstPalettes, Qt::Key_U);
+        QVERIFY(W().AllRemaps()->count() > 0 && W().PaletteUsage()->count() > 0);
+        ombrevale::wbtest::WriteStyle(dir_.File("other.sty"), 40);
+        answers_ = {F("other.sty")};
+        W().tlbMain_ButtonClick(QStringLiteral("open"));
+        QCOMPARE(W().CurrentStylePath(), dir_.File("other.sty"));
+        QCOMPARE(W().AllRemaps()->count(), 0);
+        QCOMPARE(W().PaletteUsage()->count(), 0);
+        QCOMPARE(W().PaletteUsage()->windowTitle(), QStringLiteral("Palette usage: choose a palette"));
+    }
+
+    // Both windows open beside the main one, wide enough for their titles.
+    void toolWindowsBesideTheMain() {
+        W().setGeometry(10, 40, 300, 400);  // room on the screen's right
+        W().MainTab->setCurrentIndex(1);
+        W().lstSprites->setCurrentRow(0);
+        Ctrl(W().lstSprites, Qt::Key_R);
+        W().MainTab->setCurrentIndex(2);
+        W().lstPalettes->setCurrentRow(5);
+        Ctrl(W().lstPalettes, Qt::Key_U);
+        for (QWidget* tool : {static_cast<QWidget*>(W().AllRemaps()), static_cast<QWidget*>(W().PaletteUsage())}) {
+            QVERIFY(tool->isVisible());
+            QVERIFY2(!tool->frameGeometry().intersects(W().frameGeometry()), qPrintable(tool->windowTitle()));
+            QVERIFY(std::abs(tool->frameGeometry().left() - W().frameGeometry().right()) < 16);
+            QVERIFY(tool->screen()->availableGeometry().contains(tool->frameGeometry()));
+            QVERIFY(tool->width() > tool->fontMetrics().horizontalAdvance(tool->windowTitle()));
+        }
+    }
+
+    // The palette in the colour question and the undo text is the Palettes list's "Palette: 6" for physical 5.
+    void paletteNamedAsTheList() {
+        Make(Edit::Tile);
+        const int pal = STYPalIndex.at(kTile);
+        QVERIFY2(question_.contains(QStringLiteral("that palette %1 does not").arg(pal + 1)), qPrintable(question_));
+        W().lstPalettes->setCurrentRow(5);
+        W().picPalette_MouseUp(3.5);
+        W().txtRed->setText(QString::number((W().txtRed->text().toInt() + 1) % 256));
+        W().lblColour_Click();
+        QCOMPARE(W().UndoStack()->undoText(), QStringLiteral("colour 3 of palette 6"));
+        QCOMPARE(W().lstPalettes->item(5)->text(), QStringLiteral("Palette: 6"));
+    }
+
+    void boxKeepsItsEdges_data() {
+        QTest::addColumn<bool>("redo");
+        QTest::newRow("after an import") << false;
+        QTest::newRow("after an undo and a redo") << true;
+    }
+    // The selected tile's box stays whole when its cell is drawn anew, and leaves nothing behind when it moves.
+    void boxKeepsItsEdges() {
+        Make(Edit::Tile);
+        if (QFETCH(bool, redo); redo) {
+            W().UndoStack()->undo();
+            W().UndoStack()->redo();
+        }
+        W().picMain_MouseUp(1, 0, CellCentre(kTile + 30).x(), CellCentre(kTile + 30).y());
+        const QRect around(CellCentre(kTile) - QPoint(32, 32), QSize(129, 129));
+        const QImage left = W().picMain->image().copy(around);
+        W().RenderSheet();
+        QCOMPARE(left, W().picMain->image().copy(around));
+    }
+
+    // Zoomed past its box the picture scrolls to its far corner; the grid ends with the picture.
+    void zoomScrollsAndGridEnds() {
+        W().lstSprites->setCurrentRow(0);
+        const int w = W().Sty().GetSpriteWidth(0);
+        ombrevale::workbench::ZoomLens* lens = W().picSpriteZoom;
+        lens->SetZoom(4);
+        QVERIFY(w * 4 + 5 < lens->width());
+        const QImage grid = Rgb(W().picSprite->grab().toImage());
+        QCOMPARE(grid.pixel(w * 4 + 4, 1) | 0xFF000000u, W().picSprite->BackColor() | 0xFF000000u);
+        lens->SetZoom(8);
+        const auto bars = lens->findChildren<QScrollBar*>();
+        QVERIFY(std::any_of(bars.begin(), bars.end(), [](QScrollBar* b) { return !b->isHidden(); }));
+        for (QScrollBar* bar : bars) bar->setValue(bar->maximum());
+        QCOMPARE(lens->Origin().x() + (lens->width() - 20) / 8 >= w - 1, true);
+        QCOMPARE(lens->Origin().y() + (lens->height() - 20) / 8 >= W().Sty().GetSpriteHeight(0) - 1, true);
+    }
+
+    // Every added view from the mouse: the sheet's menu, the sprite list's menu; F1 lists their keys.
+    void viewsByMouseAndKeys() {
+        Show();
+        QStringList offered;
+        const auto menuOf = [&](QWidget* on, QPoint at) {
+            QTimer::singleShot(0, [&] {
+                auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+                for (QAction* a : menu ? menu->actions() : QList<QAction*>{})
+                    offered << a->text() + QLatin1Char('\t') + a->shortcut().toString();
+                if (menu) menu->close();
+            });
+            emit on->customContextMenuRequested(at);
+        };
+        menuOf(W().picMain, CellCentre(3));
+        W().MainTab->setCurrentIndex(1);
+        menuOf(W().lstSprites, {5, 5});
+        for (const char* want : {"Go to tile...\tCtrl+G", "Tint surface types\tCtrl+T", "Find sprite...\tCtrl+F",
+                                 "All remaps...\tCtrl+R", "Show car record\tCtrl+K", "Edit car record...\tCtrl+E"})
+            QVERIFY2(offered.contains(QString::fromLatin1(want)), want);
+        ombrevale::testsupport::HookRecorder hooks;
+        Show();
+        QTest::keyClick(&W(), Qt::Key_F1);
+        QCOMPARE(hooks.messages().size(), std::size_t(1));
+        const QString keys = QString::fromStdString(hooks.messages()[0]);
+        for (const char* key : {"Ctrl+G", "Ctrl+T", "Ctrl+F", "Ctrl+R", "Ctrl+K", "Ctrl+E", "Ctrl+U", "Ctrl+Z"})
+            QVERIFY2(keys.contains(QString::fromLatin1(key)), key);
+    }
+
+    // A style file dropped on the window opens as Open opens it.
+    void dropOpensStyle() {
+        ombrevale::wbtest::WriteStyle(dir_.File("dropped.sty"), 40);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(F("dropped.sty"))});
+        QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&W(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(&W(), &drop);
+        QTRY_COMPARE(W().CurrentStylePath(), dir_.File("dropped.sty"));
+        QCOMPARE(W().Sty().GetNumOfTiles(), 40);
+    }
+
+    // Go to offers and takes only the tiles a click can select, and says why not for the rest.
+    void goToPastTheSelectable() {
+        ombrevale::wbtest::WriteStyle(dir_.File("big.sty"), 1000);
+        frmSTY2 big{dir_.File("big.sty")};
+        reply_ = QStringLiteral("995");
+        big.show();
+        big.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&big));
+        ombrevale::testsupport::HookRecorder hooks;
+        QTest::keyClick(big.picMain, Qt::Key_G, Qt::ControlModifier);
+        QCOMPARE(prompt_, QStringLiteral("Go to tile (0 to 991):"));
+        QCOMPARE(hooks.messages().size(), std::size_t(1));
+        QVERIFY2(hooks.messages()[0].find("only tiles 0 to 991") != std::string::npos, hooks.messages()[0].c_str());
+        QVERIFY(big.lblIdx->text().isEmpty());
     }
 
     // Edits and their undo: each changes the stores and what shows them, Undo
