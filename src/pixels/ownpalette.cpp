@@ -7,6 +7,7 @@
 #include "pixels/pictureimport.h"
 #include "style/messages.h"
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 
 namespace ombrevale::ownpalette {
 namespace {
@@ -61,7 +62,7 @@ Plan PlanFor(const clsSTY& doc, const Target& target) {
     if (tile ? !pixelchecks::TileExists(doc, target.number) : !pixelchecks::SpriteExists(doc, target.number))
         return refuse("There is no " + Describe(target) + ".");
     Place place;
-    place.entry = tile ? target.number : modDeclares::STYPalBase[0] + target.number;
+    place.entry = tile ? target.number : static_cast<std::int32_t>(palettebases::SpriteEntry(target.number));
     const auto from = pixelchecks::PhysicalPalette(place.entry);
     if (!from) return refuse(name + " has no palette in this style's palette table.");
     place.from = *from;
