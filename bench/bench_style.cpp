@@ -158,9 +158,9 @@ void Import(benchmark::State& state, bool sprite) {
         ombrevale::picturefile::Picture pic;
         if (ombrevale::picturefile::ReadBMPFile(file, pic)) return state.SkipWithError("the picture does not read");
         const auto fitted = imp::Fit(pic, *pal);
-        const bool in =
+        const auto refused =
             sprite ? imp::IntoSprite(doc, target, fitted.numbers) : imp::IntoTile(doc, target, fitted.numbers);
-        if (!in || fitted.changed == 0) return state.SkipWithError("the import did not map colours");
+        if (refused || fitted.changed == 0) return state.SkipWithError("the import did not map colours");
     }
     state.SetLabel(std::to_string(w) + "x" + std::to_string(h));
     std::remove(file.c_str());

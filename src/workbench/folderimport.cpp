@@ -99,11 +99,11 @@ Tried Picture(clsSTY& doc, const Name& name, const std::string& path, Colours co
     // Tried on the stores and put back: what the engine would refuse is refused now.
     const Kind kind = tile ? Kind::Tile : delta >= 0 ? Kind::Deltas : Kind::Sprite;
     const editparts::Part before = editparts::Take(doc, kind, n);
-    const bool fits = tile         ? imp::IntoTile(doc, n, fitted.numbers)
-                      : delta >= 0 ? imp::IntoDelta(doc, static_cast<std::int16_t>(n), delta, fitted.numbers)
-                                   : imp::IntoSprite(doc, n, fitted.numbers);
+    const auto problem = tile         ? imp::IntoTile(doc, n, fitted.numbers)
+                         : delta >= 0 ? imp::IntoDelta(doc, static_cast<std::int16_t>(n), delta, fitted.numbers)
+                                      : imp::IntoSprite(doc, n, fitted.numbers);
     editparts::Put(doc, before);
-    if (!fits) return {false, std::nullopt, told.Last("it cannot go into " + target)};
+    if (problem) return {false, std::nullopt, problem->text};
     return {false, Change{name, {}, fitted.numbers, fitted.changed, *pal, false, {}}, {}};
 }
 
@@ -213,7 +213,6 @@ std::vector<editparts::Part> Touched(const clsSTY& doc, const Plan& plan) {
 }
 
 void Apply(clsSTY& doc, const Plan& plan) {
-    const Told quiet;
     for (const Change& c : plan.changes) {
         const std::int32_t n = c.name.number;
         switch (c.name.kind) {
