@@ -4,11 +4,11 @@
 #include "checks.h"
 #include "clierror.h"
 #include "commands.h"
+#include "pictureio/picturereader.h"
 #include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
 #include "quantise/reduce.h"
 #include "style/clssty.h"
-#include "workbench/picturereader.h"
 
 namespace ombrevale::cli {
 namespace {
@@ -17,7 +17,7 @@ using ombrevale::pictureimport::Fit;
 
 picturefile::Picture Read(const std::string& picture, std::int32_t w, std::int32_t h, const std::string& target) {
     picturefile::Picture pic;
-    if (auto problem = workbench::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
+    if (auto problem = pictureio::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
     if (auto problem = pictureimport::CheckSize(pic, w, h, target)) throw Failure(picture, problem->text);
     return pic;
 }

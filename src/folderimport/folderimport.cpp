@@ -1,4 +1,4 @@
-#include "workbench/folderimport.h"
+#include "folderimport/folderimport.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -7,13 +7,13 @@
 #include <set>
 #include <tuple>
 
+#include "pictureio/picturereader.h"
 #include "pixels/checks.h"
 #include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
 #include "quantise/reduce.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
-#include "workbench/picturereader.h"
 
 namespace ombrevale::folderimport {
 namespace {
@@ -74,7 +74,7 @@ Tried Picture(clsSTY& doc, const Name& name, const std::string& path, Colours co
     const auto pal = tile ? pixelchecks::TilePalette(doc, n) : pixelchecks::SpritePalette(doc, n, -1);
     if (!pal) return {false, std::nullopt, told.Last("it has no palette")};
     picturefile::Picture pic;
-    if (auto problem = workbench::ReadPicture(path, pic)) return {false, std::nullopt, problem->text};
+    if (auto problem = pictureio::ReadPicture(path, pic)) return {false, std::nullopt, problem->text};
     const std::string target = (tile ? "tile " : "sprite ") + std::to_string(n);
     if (auto problem = imp::CheckSize(pic, tile ? kTileSide : doc.GetSpriteWidth(n),
                                       tile ? kTileSide : doc.GetSpriteHeight(n), target))
@@ -224,7 +224,7 @@ void Apply(clsSTY& doc, const Plan& plan) {
                 if (c.ownPalette) {
                     picturefile::Picture pic;
                     const bool tile = c.name.kind == exportnames::Kind::Tile;
-                    if (!workbench::ReadPicture(c.path, pic))
+                    if (!pictureio::ReadPicture(c.path, pic))
                         quantise::ImportOwnPalette(
                             doc, {tile ? ownpalette::TargetKind::Tile : ownpalette::TargetKind::Sprite, n, -1}, pic);
                 } else if (c.name.kind == exportnames::Kind::Tile) {
