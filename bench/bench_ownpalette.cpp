@@ -68,7 +68,7 @@ void BM_ImportTileOwnPalette(benchmark::State& state) {
     const Picture pic = Photographic();
     const std::int16_t shared = modDeclares::STYPalIndex[kTile];
     const std::int16_t count = doc.iPalCount;
-    if (!imp::IntoTile(doc, kTile, imp::Fit(pic, shared).numbers)) return state.SkipWithError("nearest was refused");
+    if (imp::IntoTile(doc, kTile, imp::Fit(pic, shared).numbers)) return state.SkipWithError("nearest was refused");
     const double nearest = TilePsnr(doc, pic);
     const ombrevale::ownpalette::Target target{ombrevale::ownpalette::TargetKind::Tile, kTile};
     for (auto _ : state) {
@@ -78,7 +78,7 @@ void BM_ImportTileOwnPalette(benchmark::State& state) {
         modDeclares::STYPalData.resize(static_cast<std::size_t>(count));
         doc.iPalCount = count;
         state.ResumeTiming();
-        const auto place = ombrevale::quantise::ImportOwnPalette(doc, target, pic);
+        const auto place = ombrevale::quantise::ImportOwnPalette(doc, target, pic).place;
         if (!place || place->inPlace) return state.SkipWithError("no new palette");
     }
     state.SetLabel("psnr " + std::to_string(nearest) + " " + std::to_string(TilePsnr(doc, pic)));

@@ -18,6 +18,7 @@
 #include "pixels/pictureimport.h"
 #include "style/clssty.h"
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 
 namespace {
 
@@ -150,16 +151,16 @@ void Import(benchmark::State& state, bool sprite) {
                 h = doc.GetSpriteHeight(s);
             }
     const std::string file = WriteNoisyBmp("ombrevale-bench-import.bmp", w, h);
-    const std::int16_t pal =
-        sprite ? modDeclares::STYPalIndex.at(static_cast<std::size_t>(modDeclares::STYPalBase[0] + target))
-               : modDeclares::STYPalIndex.at(static_cast<std::size_t>(target));
+    const auto pal =
+        sprite ? ombrevale::palettebases::SpritePalette(target) : ombrevale::palettebases::TilePalette(target);
+    if (!pal) return state.SkipWithError("the target has no palette");
     for (auto _ : state) {
         ombrevale::picturefile::Picture pic;
         if (ombrevale::picturefile::ReadBMPFile(file, pic)) return state.SkipWithError("the picture does not read");
-        const auto fitted = imp::Fit(pic, pal);
-        const bool in =
+        const auto fitted = imp::Fit(pic, *pal);
+        const auto refused =
             sprite ? imp::IntoSprite(doc, target, fitted.numbers) : imp::IntoTile(doc, target, fitted.numbers);
-        if (!in || fitted.changed == 0) return state.SkipWithError("the import did not map colours");
+        if (refused || fitted.changed == 0) return state.SkipWithError("the import did not map colours");
     }
     state.SetLabel(std::to_string(w) + "x" + std::to_string(h));
     std::remove(file.c_str());

@@ -2,12 +2,19 @@
 
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 
 namespace ombrevale::pixelchecks {
+namespace {
 
-using modDeclares::STYPalBase;
+std::optional<std::int16_t> Existing(std::optional<std::int16_t> pal) {
+    if (pal && !PaletteExists(*pal)) return std::nullopt;
+    return pal;
+}
+
+}  // namespace
+
 using modDeclares::STYPalData;
-using modDeclares::STYPalIndex;
 
 bool Refuse(const std::string& what) {
     MsgBox(what, "Ombrevale", MsgIcon::Exclamation);
@@ -25,10 +32,7 @@ bool SpriteExists(const clsSTY& doc, std::int32_t idx) {
 bool PaletteExists(std::int32_t pal) { return pal >= 0 && static_cast<std::size_t>(pal) < STYPalData.size(); }
 
 std::optional<std::int16_t> PhysicalPalette(std::int32_t virtualNumber) {
-    if (virtualNumber < 0 || static_cast<std::size_t>(virtualNumber) >= STYPalIndex.size()) return std::nullopt;
-    const std::int16_t pal = STYPalIndex[static_cast<std::size_t>(virtualNumber)];
-    if (!PaletteExists(pal)) return std::nullopt;
-    return pal;
+    return Existing(palettebases::PhysicalAt(virtualNumber));
 }
 
 std::optional<std::int16_t> TilePalette(const clsSTY& doc, std::int32_t idx) {
@@ -37,7 +41,7 @@ std::optional<std::int16_t> TilePalette(const clsSTY& doc, std::int32_t idx) {
                std::to_string(static_cast<std::int64_t>(doc.STYTileStore.size()) - 1) + ".");
         return std::nullopt;
     }
-    const auto pal = PhysicalPalette(idx);
+    const auto pal = Existing(palettebases::TilePalette(idx));
     if (!pal) Refuse("Tile " + std::to_string(idx) + " has no palette in this style's palette table.");
     return pal;
 }
@@ -54,7 +58,7 @@ std::optional<std::int16_t> SpritePalette(const clsSTY& doc, std::int32_t idx, s
                std::to_string(static_cast<std::int64_t>(STYPalData.size()) - 1) + ".");
         return std::nullopt;
     }
-    const auto own = PhysicalPalette(STYPalBase[0] + idx);
+    const auto own = Existing(palettebases::SpritePalette(idx));
     if (!own) Refuse("Sprite " + std::to_string(idx) + " has no palette in this style's palette table.");
     return own;
 }

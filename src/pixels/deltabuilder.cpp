@@ -78,29 +78,31 @@ std::optional<ByteString> Encode(const std::vector<Run>& runs, std::string& why)
 
 }  // namespace
 
-bool clsSTY::SetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, ByteString& bits) {
-    using ombrevale::pixelchecks::Refuse;
+ombrevale::Outcome clsSTY::TrySetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, ByteString& bits) {
+    const auto Refusal = [](std::string text) {
+        return ombrevale::Problem{ombrevale::Problem::Kind::Damaged, std::move(text)};
+    };
     const std::string name = "delta " + std::to_string(deltaNumber) + " of sprite " + std::to_string(spriteIdx);
     if (!ombrevale::pixelchecks::SpriteExists(*this, spriteIdx))
-        return Refuse("There is no sprite " + std::to_string(spriteIdx) + ".");
+        return Refusal("There is no sprite " + std::to_string(spriteIdx) + ".");
     ombrevale::deltaruns::Place place;
     if (!ombrevale::deltaruns::Find(deltaNumber, spriteIdx, place))
-        return Refuse("There is no " + name + " to replace.");
+        return Refusal("There is no " + name + " to replace.");
     const auto g = ombrevale::spriteblock::Of(*this, spriteIdx);
     const auto expected = static_cast<std::size_t>(g.padded) * static_cast<std::size_t>(g.height);
     const ByteString oldTop = ombrevale::spriteblock::RowsTopFirst(*this, g);
     if (oldTop.size() != expected)
-        return Refuse("Sprite " + std::to_string(spriteIdx) + " runs past the end of the sprite data.");
+        return Refusal("Sprite " + std::to_string(spriteIdx) + " runs past the end of the sprite data.");
     if (bits.size() != expected)
-        return Refuse("The image for " + name + " has " + std::to_string(bits.size()) + " bytes; the sprite takes " +
-                      std::to_string(expected) + ".");
+        return Refusal("The image for " + name + " has " + std::to_string(bits.size()) + " bytes; the sprite takes " +
+                       std::to_string(expected) + ".");
     if (place.start + place.length > STYDeltaStore.size())
-        return Refuse("The " + name + " runs past the end of the delta data.");
+        return Refusal("The " + name + " runs past the end of the delta data.");
 
     ByteString newTop = ombrevale::spriteblock::FlipRows(bits, g.padded);
     std::string why;
     const auto delta = Encode(BuildRuns(oldTop, newTop, g.padded, g.height), why);
-    if (!delta) return Refuse("The " + name + " cannot be made from this image: " + why + ".");
+    if (!delta) return Refusal("The " + name + " cannot be made from this image: " + why + ".");
 
     bits = std::move(newTop);
     const auto start = STYDeltaStore.begin() + static_cast<long>(place.start);
@@ -108,5 +110,10 @@ bool clsSTY::SetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, Byte
     STYDeltaStore.insert(STYDeltaStore.begin() + static_cast<long>(place.start), delta->begin(), delta->end());
     STYDeltaIndex[place.entry].deltaSizes[static_cast<std::size_t>(deltaNumber)] =
         static_cast<std::int16_t>(delta->size());
-    return true;
+    return std::nullopt;
+}
+
+bool clsSTY::SetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, ByteString& bits) {
+    const auto problem = TrySetDeltaBits(deltaNumber, spriteIdx, bits);
+    return !problem || ombrevale::pixelchecks::Refuse(problem->text);
 }

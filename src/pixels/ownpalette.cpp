@@ -7,6 +7,7 @@
 #include "pixels/pictureimport.h"
 #include "style/messages.h"
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 
 namespace ombrevale::ownpalette {
 namespace {
@@ -61,7 +62,7 @@ Plan PlanFor(const clsSTY& doc, const Target& target) {
     if (tile ? !pixelchecks::TileExists(doc, target.number) : !pixelchecks::SpriteExists(doc, target.number))
         return refuse("There is no " + Describe(target) + ".");
     Place place;
-    place.entry = tile ? target.number : modDeclares::STYPalBase[0] + target.number;
+    place.entry = tile ? target.number : static_cast<std::int32_t>(palettebases::SpriteEntry(target.number));
     const auto from = pixelchecks::PhysicalPalette(place.entry);
     if (!from) return refuse(name + " has no palette in this style's palette table.");
     place.from = *from;
@@ -86,11 +87,11 @@ Plan PlanFor(const clsSTY& doc, const Target& target) {
     return {place, {}};
 }
 
-bool Apply(clsSTY& doc, const Target& target, const Place& place, const Reduced& reduced) {
-    const bool written = target.kind == TargetKind::Tile
+ombrevale::Outcome Apply(clsSTY& doc, const Target& target, const Place& place, const Reduced& reduced) {
+    const auto problem = target.kind == TargetKind::Tile
                              ? pictureimport::IntoTile(doc, target.number, reduced.numbers)
                              : pictureimport::IntoSprite(doc, target.number, reduced.numbers);
-    if (!written) return false;
+    if (problem) return problem;
     // Colour 0 and whatever the picture leaves unused come from the palette
     // the target had, so its transparent pixels look as they did.
     const modDeclares::Palette pal = STYPalData[static_cast<std::size_t>(place.from)];
@@ -108,7 +109,7 @@ bool Apply(clsSTY& doc, const Target& target, const Place& place, const Reduced&
         out[(c + 1) * 4 + 2] = rgb.r;
     }
     STYPalIndex[static_cast<std::size_t>(place.entry)] = place.palette;
-    return true;
+    return std::nullopt;
 }
 
 }  // namespace ombrevale::ownpalette

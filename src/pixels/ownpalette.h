@@ -52,8 +52,7 @@ std::string Describe(const Target& target);
 // What an import would do, changing nothing.
 Plan PlanFor(const clsSTY& doc, const Target& target);
 // Writes the pixels, then the palette and the entry, at the place PlanFor
-// gave. False when the pixels do not fit, told through the message hook;
-// nothing has changed then.
-bool Apply(clsSTY& doc, const Target& target, const Place& place, const Reduced& reduced);
+// gave. When the pixels do not fit, why; nothing has changed then.
+ombrevale::Outcome Apply(clsSTY& doc, const Target& target, const Place& place, const Reduced& reduced);
 
 }  // namespace ombrevale::ownpalette

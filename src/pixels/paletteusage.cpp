@@ -3,20 +3,11 @@
 #include <algorithm>
 
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 
 using modDeclares::STYCarInfo;
-using modDeclares::STYPalBase;
-using modDeclares::STYPalIndex;
 
 namespace ombrevale::paletteusage {
-namespace {
-
-bool Resolves(long v, int physical) {
-    return v >= 0 && static_cast<std::size_t>(v) < STYPalIndex.size() &&
-           STYPalIndex[static_cast<std::size_t>(v)] == physical;
-}
-
-}  // namespace
 
 int CarRecordOfSprite(int s) {
     if (STYCarInfo.empty() || s < 0) return -1;
@@ -32,11 +23,9 @@ int CarRecordOfSprite(int s) {
 Usage UsesOfPalette(int physical, int tileCount, int spriteCount) {
     Usage u;
     for (int t = 0; t < tileCount; ++t)
-        if (Resolves(t, physical)) u.tiles.push_back(t);
+        if (palettebases::TilePalette(t) == physical) u.tiles.push_back(t);
     for (int s = 0; s < spriteCount; ++s)
-        if (Resolves(static_cast<long>(STYPalBase[0]) + s, physical)) u.sprites.push_back(s);
-    // The remaps' entries follow the sprites', as the sprite pane resolves them.
-    const long remapBase = static_cast<long>(STYPalBase[0]) + STYPalBase[1];
+        if (palettebases::SpritePalette(s) == physical) u.sprites.push_back(s);
     long n = 0;
     long lastSprite = -1;
     const long cars = std::min<long>(modDeclares::STYSpriteBase[0], spriteCount);
@@ -47,7 +36,7 @@ Usage UsesOfPalette(int physical, int tileCount, int spriteCount) {
         lastSprite = n;
         const auto& remaps = STYCarInfo[r].remaps;
         for (std::size_t k = 0; k < remaps.size(); ++k)
-            if (Resolves(remapBase + remaps[k], physical))
+            if (palettebases::RemapPalette(remaps[k]) == physical)
                 u.remaps.push_back({static_cast<int>(n), static_cast<int>(k), remaps[k]});
     }
     return u;

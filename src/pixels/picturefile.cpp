@@ -28,7 +28,7 @@ struct Head {
     bool topDown = false;
     std::uint32_t bits = 0, compression = 0, colourCount = 0;
     std::size_t pixelsAt = 0, tableAt = 0;
-    std::uint32_t masks[4] = {0x00FF0000u, 0x0000FF00u, 0x000000FFu, 0};  // red, green, blue, alpha
+    std::array<std::uint32_t, 4> masks = Layout{}.masks;
 };
 
 // One field of a 32-bit pixel: where its 8 bits sit.
@@ -78,7 +78,7 @@ ombrevale::Outcome CheckHead(const Head& h) {
     if (h.compression != kRgb && !(fields && h.bits == 32))
         return Bad("is compressed (method " + std::to_string(h.compression) + "); save it uncompressed");
     if (fields) {
-        for (int i = 0; i < 3; ++i)
+        for (std::size_t i = 0; i < 3; ++i)
             if (!ByteShift(h.masks[i]))
                 return Bad("keeps its colours in an unusual bit layout; save it as a plain 24- or 32-bit BMP");
         if (h.masks[3] != 0 && !ByteShift(h.masks[3])) return Bad("keeps its transparency in an unusual bit layout");
@@ -86,7 +86,8 @@ ombrevale::Outcome CheckHead(const Head& h) {
     return std::nullopt;
 }
 
-ombrevale::Outcome ReadTable(const Reader& in, const Head& h, Picture& out) {
+// The colour table's bytes, empty above 8 bits.
+ombrevale::Outcome FindTable(const Reader& in, const Head& h, std::span<const std::uint8_t>& table) {
     if (h.bits > 8) return std::nullopt;
     const std::uint32_t most = 1u << h.bits;
     const std::uint32_t count = h.colourCount == 0 ? most : h.colourCount;
@@ -94,61 +95,72 @@ ombrevale::Outcome ReadTable(const Reader& in, const Head& h, Picture& out) {
         return Bad("says it has " + std::to_string(count) + " colours, more than " + std::to_string(h.bits) +
                    " bits can number");
     if (!in.Has(h.tableAt, 4 * std::size_t{count})) return Bad("ends inside its colour table");
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const std::size_t at = h.tableAt + 4 * i;
-        out.table.push_back({in.b[at + 2], in.b[at + 1], in.b[at], 255});
-    }
+    table = in.b.subspan(h.tableAt, 4 * std::size_t{count});
     return std::nullopt;
 }
 
-Rgba FromWord(std::uint32_t v, const Head& h) {
-    const auto field = [&](int i) { return static_cast<std::uint8_t>(v >> *ByteShift(h.masks[i])); };
-    return {field(0), field(1), field(2), h.masks[3] ? field(3) : std::uint8_t{255}};
+Rgba FromWord(std::uint32_t v, const Layout& l) {
+    const auto field = [&](std::size_t i) { return static_cast<std::uint8_t>(v >> *ByteShift(l.masks[i])); };
+    return {field(0), field(1), field(2), l.masks[3] ? field(3) : std::uint8_t{255}};
 }
 
-void ReadRow(std::span<const std::uint8_t> row, const Head& h, Picture& out) {
-    for (std::int64_t x = 0; x < h.width; ++x) {
+void ReadRow(std::span<const std::uint8_t> row, const Layout& l, Picture& out) {
+    const auto bits = static_cast<unsigned>(l.bits);
+    for (int x = 0; x < l.width; ++x) {
         const auto i = static_cast<std::size_t>(x);
-        if (h.bits <= 8) {
-            const std::size_t bit = i * h.bits;
-            const unsigned shift = 8 - h.bits - static_cast<unsigned>(bit % 8);
+        if (bits <= 8) {
+            const std::size_t bit = i * bits;
+            const unsigned shift = 8 - bits - static_cast<unsigned>(bit % 8);
             const auto n =
-                static_cast<std::uint8_t>((static_cast<unsigned>(row[bit / 8]) >> shift) & ((1u << h.bits) - 1));
+                static_cast<std::uint8_t>((static_cast<unsigned>(row[bit / 8]) >> shift) & ((1u << bits) - 1));
             out.numbers.push_back(n);
             out.colours.push_back(n < out.table.size() ? out.table[n] : Rgba{0, 0, 0, 255});
-        } else if (h.bits == 24) {
+        } else if (bits == 24) {
             out.colours.push_back({row[3 * i + 2], row[3 * i + 1], row[3 * i], 255});
         } else {
             const std::uint32_t v =
                 static_cast<std::uint32_t>(row[4 * i] | (row[4 * i + 1] << 8) | (row[4 * i + 2] << 16)) |
                 (static_cast<std::uint32_t>(row[4 * i + 3]) << 24);
-            out.colours.push_back(FromWord(v, h));
+            out.colours.push_back(FromWord(v, l));
         }
     }
 }
 
 }  // namespace
 
-ombrevale::Outcome ReadBMP(std::span<const std::uint8_t> bytes, Picture& out) {
-    out = Picture{};
+ombrevale::Outcome ReadLayout(std::span<const std::uint8_t> bytes, Layout& out) {
+    out = Layout{};
     const Reader in{bytes};
     Head h;
     if (auto problem = ReadHead(in, h)) return problem;
     if (auto problem = CheckHead(h)) return problem;
-    Picture pic;
-    if (auto problem = ReadTable(in, h, pic)) return problem;
-    const std::size_t stride = ((static_cast<std::size_t>(h.width) * h.bits + 31) / 32) * 4;
+    Layout l;
+    if (auto problem = FindTable(in, h, l.table)) return problem;
+    l.stride = ((static_cast<std::size_t>(h.width) * h.bits + 31) / 32) * 4;
     const auto height = static_cast<std::size_t>(h.height);
-    if (!in.Has(h.pixelsAt, stride * height)) return Bad("ends before its last row of pixels", Problem::Kind::CutShort);
-    pic.width = static_cast<int>(h.width);
-    pic.height = static_cast<int>(h.height);
-    pic.colours.reserve(static_cast<std::size_t>(h.width) * height);
-    for (std::size_t y = 0; y < height; ++y) {
-        // Rows are stored bottom row first unless the height was negative.
-        const std::size_t fileRow = h.topDown ? y : height - 1 - y;
-        ReadRow(bytes.subspan(h.pixelsAt + fileRow * stride, stride), h, pic);
-    }
-    if (h.bits > 8) pic.table.clear();
+    if (!in.Has(h.pixelsAt, l.stride * height))
+        return Bad("ends before its last row of pixels", Problem::Kind::CutShort);
+    l.rows = bytes.subspan(h.pixelsAt, l.stride * height);
+    l.width = static_cast<int>(h.width);
+    l.height = static_cast<int>(h.height);
+    l.bits = static_cast<int>(h.bits);
+    l.topDown = h.topDown;
+    l.masks = h.masks;
+    out = l;
+    return std::nullopt;
+}
+
+ombrevale::Outcome ReadBMP(std::span<const std::uint8_t> bytes, Picture& out) {
+    out = Picture{};
+    Layout l;
+    if (auto problem = ReadLayout(bytes, l)) return problem;
+    Picture pic;
+    for (std::size_t at = 0; at < l.table.size(); at += 4)
+        pic.table.push_back({l.table[at + 2], l.table[at + 1], l.table[at], 255});
+    pic.width = l.width;
+    pic.height = l.height;
+    pic.colours.reserve(static_cast<std::size_t>(l.width) * static_cast<std::size_t>(l.height));
+    for (int y = 0; y < l.height; ++y) ReadRow(l.Row(y), l, pic);
     out = std::move(pic);
     return std::nullopt;
 }

@@ -14,7 +14,6 @@ namespace {
 
 using picturefile::Picture;
 using picturefile::Rgba;
-using pixelchecks::Refuse;
 
 constexpr int kColours = 256;
 constexpr Rgba kKey{255, 0, 255, 255};
@@ -51,23 +50,23 @@ int Nearest(Rgba want, std::int16_t pal) {
     return best;
 }
 
+ombrevale::Outcome Refusal(std::string text) {
+    return ombrevale::Problem{ombrevale::Problem::Kind::Damaged, std::move(text)};
+}
+
 // The sprite's rows of W bytes, top row first, with the picture in its own columns.
-std::optional<ByteString> SpriteWith(const clsSTY& doc, const spriteblock::Geometry& g, const ByteString& numbers,
-                                     std::int32_t sprite) {
-    ByteString block = spriteblock::RowsTopFirst(doc, g);
+ombrevale::Outcome SpriteWith(const clsSTY& doc, const spriteblock::Geometry& g, const ByteString& numbers,
+                              std::int32_t sprite, ByteString& block) {
+    block = spriteblock::RowsTopFirst(doc, g);
     const auto W = static_cast<std::size_t>(g.padded), w = static_cast<std::size_t>(g.width);
-    if (block.size() != W * static_cast<std::size_t>(g.height)) {
-        Refuse("Sprite " + std::to_string(sprite) + " runs past the end of the sprite data.");
-        return std::nullopt;
-    }
-    if (numbers.size() != w * static_cast<std::size_t>(g.height)) {
-        Refuse("The picture for sprite " + std::to_string(sprite) + " is not " + std::to_string(g.width) + " x " +
-               std::to_string(g.height) + " pixels.");
-        return std::nullopt;
-    }
+    if (block.size() != W * static_cast<std::size_t>(g.height))
+        return Refusal("Sprite " + std::to_string(sprite) + " runs past the end of the sprite data.");
+    if (numbers.size() != w * static_cast<std::size_t>(g.height))
+        return Refusal("The picture for sprite " + std::to_string(sprite) + " is not " + std::to_string(g.width) +
+                       " x " + std::to_string(g.height) + " pixels.");
     for (std::size_t y = 0; y < static_cast<std::size_t>(g.height); ++y)
         std::copy_n(numbers.begin() + static_cast<long>(y * w), w, block.begin() + static_cast<long>(y * W));
-    return block;
+    return std::nullopt;
 }
 
 }  // namespace
@@ -127,38 +126,42 @@ ByteString SpriteNumbers(const clsSTY& doc, std::int32_t sprite, std::int16_t de
     return out;
 }
 
-bool IntoTile(clsSTY& doc, std::int32_t tile, const ByteString& numbers) {
+ombrevale::Outcome IntoTile(clsSTY& doc, std::int32_t tile, const ByteString& numbers) {
     if (numbers.size() != static_cast<std::size_t>(kTileBytes))
-        return Refuse("The picture for tile " + std::to_string(tile) + " is not 64 x 64 pixels.");
-    return doc.SetBitsTile(tile, numbers);
+        return Refusal("The picture for tile " + std::to_string(tile) + " is not 64 x 64 pixels.");
+    if (!pixelchecks::TileExists(doc, tile))
+        return Refusal("There is no tile " + std::to_string(tile) + " to write into.");
+    doc.SetBitsTile(tile, numbers);
+    return std::nullopt;
 }
 
-bool IntoSprite(clsSTY& doc, std::int32_t sprite, const ByteString& numbers) {
+ombrevale::Outcome IntoSprite(clsSTY& doc, std::int32_t sprite, const ByteString& numbers) {
     if (!pixelchecks::SpriteExists(doc, sprite) || sprite > INT16_MAX)
-        return Refuse("There is no sprite " + std::to_string(sprite) + " to write into.");
+        return Refusal("There is no sprite " + std::to_string(sprite) + " to write into.");
     const auto g = spriteblock::Of(doc, sprite);
-    const auto block = SpriteWith(doc, g, numbers, sprite);
-    if (!block) return false;
-    return doc.SetBits(static_cast<std::int16_t>(sprite), spriteblock::FlipRows(*block, g.padded));
+    ByteString block;
+    if (auto problem = SpriteWith(doc, g, numbers, sprite, block)) return problem;
+    doc.SetBits(static_cast<std::int16_t>(sprite), spriteblock::FlipRows(block, g.padded));
+    return std::nullopt;
 }
 
-bool IntoDelta(clsSTY& doc, std::int16_t sprite, std::int16_t delta, const ByteString& numbers) {
-    if (!pixelchecks::SpriteExists(doc, sprite)) return Refuse("There is no sprite " + std::to_string(sprite) + ".");
+ombrevale::Outcome IntoDelta(clsSTY& doc, std::int16_t sprite, std::int16_t delta, const ByteString& numbers) {
+    if (!pixelchecks::SpriteExists(doc, sprite)) return Refusal("There is no sprite " + std::to_string(sprite) + ".");
     const auto g = spriteblock::Of(doc, sprite);
-    const auto block = SpriteWith(doc, g, numbers, sprite);
-    if (!block) return false;
+    ByteString block;
+    if (auto problem = SpriteWith(doc, g, numbers, sprite, block)) return problem;
     // A delta counts its positions from one pixel before the change, so the
     // top left pixel, and the first column of a sprite narrower than 256, are
     // out of its reach.
     const ByteString old = spriteblock::RowsTopFirst(doc, g);
     const auto W = static_cast<std::size_t>(g.padded);
     for (std::size_t y = 0; y < static_cast<std::size_t>(g.height); ++y)
-        if ((y == 0 || W < 256) && (*block)[y * W] != old[y * W])
-            return Refuse("Delta " + std::to_string(delta) + " of sprite " + std::to_string(sprite) +
-                          " cannot be made from this picture: it changes the pixel at column 0, row " +
-                          std::to_string(y) + ", and a delta cannot hold a change in the sprite's first column.");
-    ByteString bits = spriteblock::FlipRows(*block, g.padded);
-    return doc.SetDeltaBits(delta, sprite, bits);
+        if ((y == 0 || W < 256) && block[y * W] != old[y * W])
+            return Refusal("Delta " + std::to_string(delta) + " of sprite " + std::to_string(sprite) +
+                           " cannot be made from this picture: it changes the pixel at column 0, row " +
+                           std::to_string(y) + ", and a delta cannot hold a change in the sprite's first column.");
+    ByteString bits = spriteblock::FlipRows(block, g.padded);
+    return doc.TrySetDeltaBits(delta, sprite, bits);
 }
 
 }  // namespace ombrevale::pictureimport

@@ -41,11 +41,11 @@ ombrevale::Outcome CheckSize(const picturefile::Picture& pic, std::int32_t w, st
                              const std::string& target);
 
 // The pictures' numbers into the document, through SetBitsTile, SetBits and
-// SetDeltaBits. Only the sprite's own columns are written: the bytes that pad
-// its rows belong to whatever lies beside it. Each returns false when it
-// changed nothing and has told the user why through the message hook.
-bool IntoTile(clsSTY& doc, std::int32_t tile, const ByteString& numbers);
-bool IntoSprite(clsSTY& doc, std::int32_t sprite, const ByteString& numbers);
-bool IntoDelta(clsSTY& doc, std::int16_t sprite, std::int16_t delta, const ByteString& numbers);
+// TrySetDeltaBits. Only the sprite's own columns are written: the bytes that
+// pad its rows belong to whatever lies beside it. When one changed nothing it
+// says why, in a sentence for the user, and tells nobody itself.
+ombrevale::Outcome IntoTile(clsSTY& doc, std::int32_t tile, const ByteString& numbers);
+ombrevale::Outcome IntoSprite(clsSTY& doc, std::int32_t sprite, const ByteString& numbers);
+ombrevale::Outcome IntoDelta(clsSTY& doc, std::int16_t sprite, std::int16_t delta, const ByteString& numbers);
 
 }  // namespace ombrevale::pictureimport

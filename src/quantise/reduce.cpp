@@ -6,8 +6,6 @@
 #include <memory>
 #include <unordered_map>
 
-#include "pixels/checks.h"
-
 namespace ombrevale::quantise {
 namespace {
 
@@ -87,22 +85,16 @@ std::optional<ownpalette::Reduced> Reduce(const picturefile::Picture& pic) {
     return out;
 }
 
-std::optional<ownpalette::Place> ImportOwnPalette(clsSTY& doc, const ownpalette::Target& target,
-                                                  const picturefile::Picture& pic) {
+ownpalette::Plan ImportOwnPalette(clsSTY& doc, const ownpalette::Target& target, const picturefile::Picture& pic) {
     // Refused before the picture is reduced, which is the slow part.
     const ownpalette::Plan plan = ownpalette::PlanFor(doc, target);
-    if (!plan.place) {
-        pixelchecks::Refuse(plan.refusal);
-        return std::nullopt;
-    }
+    if (!plan.place) return plan;
     const auto reduced = Reduce(pic);
-    if (!reduced) {
-        pixelchecks::Refuse("The picture for " + ownpalette::Describe(target) +
-                            " could not be reduced to 255 colours of its own.");
-        return std::nullopt;
-    }
-    if (!ownpalette::Apply(doc, target, *plan.place, *reduced)) return std::nullopt;
-    return plan.place;
+    if (!reduced)
+        return {std::nullopt,
+                "The picture for " + ownpalette::Describe(target) + " could not be reduced to 255 colours of its own."};
+    if (auto problem = ownpalette::Apply(doc, target, *plan.place, *reduced)) return {std::nullopt, problem->text};
+    return plan;
 }
 
 }  // namespace ombrevale::quantise

@@ -16,8 +16,7 @@ namespace ombrevale::quantise {
 std::optional<ownpalette::Reduced> Reduce(const picturefile::Picture& pic);
 
 // The picture into a tile or a sprite with a palette of its own: where that
-// palette went, or nothing when it was refused (told through the message hook).
-std::optional<ownpalette::Place> ImportOwnPalette(clsSTY& doc, const ownpalette::Target& target,
-                                                  const picturefile::Picture& pic);
+// palette went, or why it did not go in.
+ownpalette::Plan ImportOwnPalette(clsSTY& doc, const ownpalette::Target& target, const picturefile::Picture& pic);
 
 }  // namespace ombrevale::quantise

@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "style/messages.h"
+#include "style/palettebases.h"
 
 namespace ombrevale::cars {
 namespace {
@@ -134,8 +135,8 @@ Parsed ParseValue(const FieldSpec& spec, std::string_view text) {
 }
 
 int RemapRoom() {
-    const long base = static_cast<long>(modDeclares::STYPalBase[0]) + modDeclares::STYPalBase[1];
-    return static_cast<int>(std::clamp<long>(static_cast<long>(modDeclares::STYPalIndex.size()) - base, 0, 256));
+    const std::int64_t left = static_cast<std::int64_t>(modDeclares::STYPalIndex.size()) - palettebases::RemapEntry(0);
+    return static_cast<int>(std::clamp<std::int64_t>(left, 0, 256));
 }
 
 std::string RemapsText(const CarRecord& r) {

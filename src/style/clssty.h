@@ -96,6 +96,8 @@ public:
 
     ByteString GetBits(std::int32_t SprNum) const;
     bool SetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, ByteString& bits);
+    // The same, telling nothing: why the delta was not replaced.
+    ombrevale::Outcome TrySetDeltaBits(std::int16_t deltaNumber, std::int16_t spriteIdx, ByteString& bits);
     bool SetBits(std::int16_t SprNum, const ByteString& bits);
     bool SetBitsTile(std::int32_t TileNum, const ByteString& bits);
     std::int32_t GetSpriteHeight(std::int32_t idx) const;

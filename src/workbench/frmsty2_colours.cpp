@@ -10,6 +10,7 @@
 #include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
 #include "quantise/reduce.h"
+#include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/colourchoice.h"
 #include "workbench/frmsty2.h"
@@ -103,6 +104,11 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
     }
     const QString text = QStringLiteral("import into %1").arg(QString::fromStdString(name));
     const bool tile = target.kind == own::TargetKind::Tile;
+    // A refusal in one box, as the engine's own refusals are told.
+    const auto told = [](const ombrevale::Outcome& problem) {
+        if (problem) MsgBox(problem->text, "Ombrevale", MsgIcon::Exclamation);
+        return !problem;
+    };
     if (place) {
         // A page added comes first, so that the palette written next is there on redo.
         std::vector<std::pair<Kind, std::int32_t>> parts;
@@ -111,14 +117,14 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
         parts.push_back({Kind::PaletteEntry, place->entry});
         parts.push_back({tile ? Kind::Tile : Kind::Sprite, target.number});
         RecordEdits(parts, text + QStringLiteral(" with a palette of its own"),
-                    [&] { return own::Apply(Sty(), target, *place, *reduced); });
+                    [&] { return told(own::Apply(Sty(), target, *place, *reduced)); });
         return;
     }
     const Kind kind = tile ? Kind::Tile : target.kind == own::TargetKind::Delta ? Kind::Deltas : Kind::Sprite;
     RecordEdit(kind, target.number, text, [&] {
-        if (kind == Kind::Tile) return imp::IntoTile(Sty(), target.number, fitted.numbers);
-        if (kind == Kind::Sprite) return imp::IntoSprite(Sty(), target.number, fitted.numbers);
-        return imp::IntoDelta(Sty(), static_cast<std::int16_t>(target.number), target.delta, fitted.numbers);
+        if (kind == Kind::Tile) return told(imp::IntoTile(Sty(), target.number, fitted.numbers));
+        if (kind == Kind::Sprite) return told(imp::IntoSprite(Sty(), target.number, fitted.numbers));
+        return told(imp::IntoDelta(Sty(), static_cast<std::int16_t>(target.number), target.delta, fitted.numbers));
     });
 }
 

@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QUndoStack>
 
+#include "pictureio/picturereader.h"
 #include "pixels/checks.h"
 #include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
@@ -20,7 +21,6 @@
 #include "workbench/keptcopy.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
-#include "workbench/picturereader.h"
 #include "workbench/sheetgeometry.h"
 #include "workbench/styleedits.h"
 #include "workbench/zoomlens.h"
@@ -133,7 +133,7 @@ void frmSTY2::ImportPicture() {
     if (path.isEmpty()) return;
     const std::string file = path.toStdString();
     ombrevale::picturefile::Picture pic;
-    auto problem = ombrevale::workbench::ReadPicture(file, pic);
+    auto problem = ombrevale::pictureio::ReadPicture(file, pic);
     if (!problem)
         problem = imp::CheckSize(pic, tile ? kCell : Sty().GetSpriteWidth(n), tile ? kCell : Sty().GetSpriteHeight(n),
                                  tile ? name : "sprite " + std::to_string(n));

@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "folderimport/folderimport.h"
 #include "style/hooks.h"
-#include "workbench/folderimport.h"
 #include "workbench/frmsty2.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/styleedits.h"

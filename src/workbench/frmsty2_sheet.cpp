@@ -11,6 +11,7 @@
 #include "editorlink/modcontrolwin.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 #include "workbench/frmsty2.h"
 #include "workbench/gotofind.h"
 #include "workbench/keycodes.h"
@@ -155,10 +156,8 @@ void frmSTY2::picMain_MouseUp(int /*Button*/, int /*Shift*/, double X, double Y)
     sSelKind = "t";
     picMain->Tag = QString::number(t);
     iSelNum = static_cast<std::int16_t>(t);
-    const auto& palIndex = modDeclares::STYPalIndex;
-    const QString pal = static_cast<std::size_t>(t) < palIndex.size()
-                            ? QString::number(palIndex[static_cast<std::size_t>(t)])
-                            : QStringLiteral("none");
+    const auto own = ombrevale::palettebases::TilePalette(t);
+    const QString pal = own ? QString::number(*own) : QStringLiteral("none");
     lblIdx->setText(QStringLiteral("Index: ") + picMain->Tag + QStringLiteral(" Palette: ") + pal);
     lblIdx->adjustSize();
     const int c = static_cast<int>(column), r = static_cast<int>(row);

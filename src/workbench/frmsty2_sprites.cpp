@@ -11,6 +11,7 @@
 #include "pixels/paletteusage.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 #include "workbench/allremapswindow.h"
 #include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
@@ -19,8 +20,6 @@
 #include "workbench/zoomlens.h"
 
 using modDeclares::STYCarInfo;
-using modDeclares::STYPalBase;
-using modDeclares::STYPalIndex;
 using ombrevale::twips::Place;
 
 namespace {
@@ -48,12 +47,6 @@ const char* const kDeltaNames[20] = {"(none)",
                                      "Left Rear Emergency Light"};
 
 constexpr int kOtherInfoPage = 1;
-
-// The physical palette in the palette table at a virtual number, or -1 when there is none.
-std::int16_t PhysicalAt(long v) {
-    if (v < 0 || static_cast<std::size_t>(v) >= STYPalIndex.size()) return -1;
-    return STYPalIndex[static_cast<std::size_t>(v)];
-}
 
 }  // namespace
 
@@ -143,12 +136,12 @@ void frmSTY2::ShowSprite() {
     const int remapRow = lstRemaps->currentRow();
     std::int16_t p = 0;
     if (remapRow <= 0) {
-        p = PhysicalAt(static_cast<long>(STYPalBase[0]) + s);
+        p = ombrevale::palettebases::SpritePalette(s).value_or(-1);
         std::int16_t own = -1;
         Sty().RenderSprite(s, *picSprite, own);
     } else {
         const long m = lstRemaps->item(remapRow)->text().toLong();
-        p = PhysicalAt(static_cast<long>(STYPalBase[0]) + STYPalBase[1] + m);
+        p = ombrevale::palettebases::RemapPalette(m).value_or(-1);
         if (p < 0) {
             // -1 would mean the sprite's own palette: say so rather than show the wrong colours.
             MsgBox("Remap " + std::to_string(m) + " has no palette in this style's palette table.", "Ombrevale",

@@ -22,6 +22,7 @@
 
 #include "style/hooks.h"
 #include "style/moddeclares.h"
+#include "style/palettebases.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
@@ -281,9 +282,7 @@ std::int16_t frmSTY2::ShownRemapPalette() const {
 
 std::optional<std::int16_t> frmSTY2::RemapPalette(int row) const {
     const long m = lstRemaps->item(row)->text().toLong();
-    const long v = modDeclares::STYPalBase[0] + modDeclares::STYPalBase[1] + m;
-    if (v < 0 || static_cast<std::size_t>(v) >= modDeclares::STYPalIndex.size()) return std::nullopt;
-    return modDeclares::STYPalIndex[static_cast<std::size_t>(v)];
+    return ombrevale::palettebases::RemapPalette(m);
 }
 
 void frmSTY2::ToolbarImport() {

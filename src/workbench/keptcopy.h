@@ -12,7 +12,7 @@
 #include <set>
 #include <string>
 
-#include "workbench/keptedits.h"
+#include "keptedits/keptedits.h"
 
 class QUndoStack;
 class clsSTY;

@@ -9,6 +9,8 @@
 #include <mutex>
 #include <unordered_map>
 
+#include "pixels/picturefile.h"
+
 #ifdef _WIN32
 #include <io.h>
 #else
@@ -40,12 +42,6 @@ std::shared_ptr<const ColourTable> Shared(const ColourTable& table) {
     return made;
 }
 
-std::uint32_t Le32(const unsigned char* p) {
-    return static_cast<std::uint32_t>(p[0]) | static_cast<std::uint32_t>(p[1]) << 8 |
-           static_cast<std::uint32_t>(p[2]) << 16 | static_cast<std::uint32_t>(p[3]) << 24;
-}
-std::uint16_t Le16(const unsigned char* p) { return static_cast<std::uint16_t>(p[0] | p[1] << 8); }
-
 // Open, one read, close: the sheet reads a thousand of these in a row.
 std::size_t ReadOnce(const std::string& path, unsigned char* to, std::size_t n) {
 #ifdef _WIN32
@@ -62,46 +58,14 @@ std::size_t ReadOnce(const std::string& path, unsigned char* to, std::size_t n) 
     return got > 0 ? static_cast<std::size_t>(got) : 0;
 }
 
-// A picture as the pixel engine writes it: 8 bits, uncompressed, bottom-up,
-// all 256 colours, pixels right behind the table and all there.
-struct EngineBmp {
-    int width = 0;
-    int height = 0;
-    std::size_t stride = 0;
-    ColourTable colours{};
-    const unsigned char* bottomRow = nullptr;  // the last row of the picture comes first
-
-    const unsigned char* RowAt(int y) const { return bottomRow + stride * static_cast<std::size_t>(height - 1 - y); }
-};
-
-// Qt's reader would give the same picture; it costs a plugin search, a file
-// object and a format conversion for every tile of the sheet. Anything else
-// is left to it.
-bool ReadEngineBmp(const std::string& path, std::vector<unsigned char>& file, EngineBmp& bmp) {
-    constexpr std::size_t kHead = 54, kTable = 1024, kPixels = kHead + kTable;
-    // Bigger than any picture of the engine: leave it to Qt.
-    constexpr std::size_t kMost = kPixels + 256 * 256;
+// An 8-bit picture no larger than the engine's, read in one go into `file`;
+// its rows are drawn from there. A short read from a regular file is its
+// end; should one ever fall short otherwise, the picture goes the long way.
+bool ReadEightBit(const std::string& path, std::vector<unsigned char>& file, ombrevale::picturefile::Layout& bmp) {
+    constexpr std::size_t kMost = 54 + 1024 + 256 * 256;
     file.resize(kMost + 1);
-    // One read: a short one from a regular file is its end. Should it ever
-    // fall short otherwise, the size check below sends the file to Qt.
     const std::size_t got = ReadOnce(path, file.data(), file.size());
-    if (got < kPixels || got > kMost) return false;
-    const unsigned char* b = file.data();
-    if (b[0] != 'B' || b[1] != 'M' || Le32(b + 10) != kPixels || Le32(b + 14) != 40) return false;
-    const auto w = static_cast<std::int32_t>(Le32(b + 18)), h = static_cast<std::int32_t>(Le32(b + 22));
-    const std::uint32_t used = Le32(b + 46);
-    if (w <= 0 || h <= 0 || Le16(b + 26) != 1 || Le16(b + 28) != 8 || Le32(b + 30) != 0 || (used != 0 && used != 256))
-        return false;
-    bmp.width = w;
-    bmp.height = h;
-    bmp.stride = (static_cast<std::size_t>(w) + 3) & ~std::size_t{3};
-    if (bmp.stride * static_cast<std::size_t>(h) > got - kPixels) return false;
-    for (std::size_t c = 0; c < 256; ++c) {
-        const unsigned char* e = b + kHead + c * 4;
-        bmp.colours[c] = qRgb(e[2], e[1], e[0]);
-    }
-    bmp.bottomRow = b + kPixels;
-    return true;
+    return got <= kMost && !ombrevale::picturefile::ReadLayout({file.data(), got}, bmp) && bmp.bits == 8;
 }
 
 QRgb FromVb(std::int32_t colour) {
@@ -203,11 +167,15 @@ void PictureBox::Put(int x, int y, const QImage& from, const QRect& part) {
 bool PictureBox::LoadPicture(const std::string& sPath) {
     EnsureImage();
     thread_local std::vector<unsigned char> file;
-    EngineBmp bmp;
-    if (ReadEngineBmp(sPath, file, bmp)) {
+    ombrevale::picturefile::Layout bmp;
+    if (ReadEightBit(sPath, file, bmp)) {
         ClearBlocks();
+        ColourTable colours;
+        colours.fill(qRgb(0, 0, 0));  // numbers past a short table, as the picture reader has them
+        for (std::size_t c = 0; c * 4 < bmp.table.size(); ++c)
+            colours[c] = qRgb(bmp.table[c * 4 + 2], bmp.table[c * 4 + 1], bmp.table[c * 4]);
         const int rows = std::min(bmp.height, size_.height()), cols = std::min(bmp.width, size_.width());
-        const auto table = Shared(bmp.colours);
+        const auto table = Shared(colours);
         for (int by = 0; by < BlocksFor(rows); ++by) {
             for (int bx = 0; bx < BlocksFor(cols); ++bx) {
                 const int x0 = bx * kSide, y0 = by * kSide;
@@ -218,24 +186,31 @@ bool PictureBox::LoadPicture(const std::string& sPath) {
                     b.table = table;
                     PixelBlock numbers;
                     for (int y = 0; y < kSide; ++y)
-                        std::memcpy(&numbers[static_cast<std::size_t>(y * kSide)], bmp.RowAt(y0 + y) + x0, kSide);
+                        std::memcpy(&numbers[static_cast<std::size_t>(y * kSide)], bmp.Row(y0 + y).data() + x0, kSide);
                     // A tile's picture is the tile's own block: the sheet keeps no copy.
                     b.numbers = InternPixelBlock(numbers.data());
                     continue;
                 }
                 for (int y = 0; y < h; ++y) {
                     QRgb* line = Row(x0, y0 + y);
-                    const unsigned char* src = bmp.RowAt(y0 + y) + x0;
-                    for (int x = 0; x < w; ++x) line[x] = bmp.colours[src[x]];
+                    const unsigned char* src = bmp.Row(y0 + y).data() + x0;
+                    for (int x = 0; x < w; ++x) line[x] = colours[src[x]];
                 }
             }
         }
     } else {
-        QImage pic(QString::fromStdString(sPath));
-        if (pic.isNull()) return false;
-        pic = pic.convertToFormat(QImage::Format_RGB32);
+        ombrevale::picturefile::Picture pic;
+        if (ombrevale::picturefile::ReadBMPFile(sPath, pic)) return false;
+        QImage image(pic.width, pic.height, QImage::Format_RGB32);
+        for (int y = 0; y < pic.height; ++y) {
+            auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+            for (int x = 0; x < pic.width; ++x) {
+                const auto& c = pic.colours[static_cast<std::size_t>(y * pic.width + x)];
+                line[x] = qRgb(c.r, c.g, c.b);
+            }
+        }
         ClearBlocks();
-        Put(0, 0, pic, pic.rect());
+        Put(0, 0, image, image.rect());
     }
     flatValid_ = false;
     update();

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <array>
 
-#include "style/moddeclares.h"
+#include "style/palettebases.h"
 #include "style/surfaces.h"
 #include "workbench/sheetgeometry.h"
 
@@ -134,10 +134,9 @@ QString SurfaceView::CellTip(int x, int y) const {
     const auto& types = overlay_->Types();
     if (!t || static_cast<std::size_t>(*t) >= types.size()) return {};
     const auto i = static_cast<std::size_t>(*t);
-    const auto& palIndex = modDeclares::STYPalIndex;
     // Named as the Palettes list names it, with the number the Tiles page's caption gives.
-    const QString pal = i < palIndex.size() ? QStringLiteral("%1 (physical %2)").arg(palIndex[i] + 1).arg(palIndex[i])
-                                            : QStringLiteral("none");
+    const auto own = palettebases::TilePalette(*t);
+    const QString pal = own ? QStringLiteral("%1 (physical %2)").arg(*own + 1).arg(*own) : QStringLiteral("none");
     const auto name =
         surfaces::kTypeNames[static_cast<std::size_t>(std::clamp<int>(types[i], 1, surfaces::kTypes) - 1)];
     return QStringLiteral("Tile %1\nPalette: %2\nSurface: %3")

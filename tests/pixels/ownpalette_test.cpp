@@ -73,7 +73,7 @@ TEST_P(OwnPalette, TakesAPaletteNothingElseDrawsIn) {
     ASSERT_TRUE(plan.place) << plan.refusal;
     EXPECT_EQ(plan.place->palette, c.palette);
     EXPECT_EQ(plan.place->inPlace, c.inPlace);
-    ASSERT_TRUE(ownpalette::Apply(doc, c.target, *plan.place, reduced));
+    ASSERT_FALSE(ownpalette::Apply(doc, c.target, *plan.place, reduced));
     EXPECT_EQ(doc.GetNumOfPals(), c.count);
     EXPECT_EQ(STYPalData.size(), static_cast<std::size_t>(c.count));
     ASSERT_EQ(STYPalIndex[entry], c.palette);
@@ -169,15 +169,18 @@ INSTANTIATE_TEST_SUITE_P(
                               "no room for another palette"}),
     [](const auto& row) { return std::string(row.param.name); });
 
-// The pixels go first: a picture that does not fit leaves the palettes as they were.
+// The pixels go first: a picture that does not fit leaves the palettes as
+// they were, and the caller gets the reason to tell as it tells things.
 TEST_F(Scene, OwnPaletteOfAPictureThatDoesNotFitChangesNothing) {
     const Target target{TargetKind::Tile, 1};
     const auto plan = ownpalette::PlanFor(doc, target);
     ASSERT_TRUE(plan.place);
     const auto before = testsupport::TakeSnapshot(doc);
-    EXPECT_FALSE(ownpalette::Apply(doc, target, *plan.place, {ByteString(100, 1), {{1, 2, 3, 255}}}));
+    const auto problem = ownpalette::Apply(doc, target, *plan.place, {ByteString(100, 1), {{1, 2, 3, 255}}});
+    ASSERT_TRUE(problem);
+    EXPECT_EQ(problem->text, "The picture for tile 1 is not 64 x 64 pixels.");
     EXPECT_TRUE(testsupport::TakeSnapshot(doc) == before);
-    EXPECT_EQ(hooks.messages().size(), 1u);
+    EXPECT_TRUE(hooks.messages().empty());
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 #include "clierror.h"
 #include "commands.h"
 #include "style/clssty.h"
+#include "style/moddeclares.h"
+#include "style/palettebases.h"
 
 namespace ombrevale::cli {
 namespace {
@@ -17,12 +19,10 @@ void CheckPhysical(const clsSTY& doc, const std::string& file, const std::string
 
 std::int16_t CheckedTilePalette(const clsSTY& doc, const std::string& file, std::int64_t tile) {
     CheckRange(file, "tile", tile, 0, doc.GetNumOfTiles() - 1);
-    const auto& index = modDeclares::STYPalIndex;
-    if (static_cast<std::uint64_t>(tile) >= index.size())
-        throw Failure(file, "tile " + std::to_string(tile) + " has no entry in the palette index");
-    const std::int16_t pal = index[static_cast<std::size_t>(tile)];
-    CheckPhysical(doc, file, "tile " + std::to_string(tile), pal);
-    return pal;
+    const auto pal = palettebases::TilePalette(tile);
+    if (!pal) throw Failure(file, "tile " + std::to_string(tile) + " has no entry in the palette index");
+    CheckPhysical(doc, file, "tile " + std::to_string(tile), *pal);
+    return *pal;
 }
 
 void CheckSprite(const clsSTY& doc, const std::string& file, std::int64_t sprite) {
@@ -42,14 +42,13 @@ std::int16_t CheckedSpritePalette(const clsSTY& doc, const std::string& file, st
         CheckRange(file, "palette", pal, -1, doc.GetNumOfPals() - 1);
         return static_cast<std::int16_t>(pal);
     }
-    const std::int64_t virtualNumber = modDeclares::STYPalBase[0] + sprite;
-    const auto& index = modDeclares::STYPalIndex;
-    if (virtualNumber < 0 || static_cast<std::uint64_t>(virtualNumber) >= index.size())
+    const auto own = palettebases::SpritePalette(sprite);
+    if (!own)
         throw Failure(file, "sprite " + std::to_string(sprite) + " has no entry in the palette index (entry " +
-                                std::to_string(virtualNumber) + " of " + std::to_string(index.size()) + ")");
-    const std::int16_t own = index[static_cast<std::size_t>(virtualNumber)];
-    CheckPhysical(doc, file, "sprite " + std::to_string(sprite), own);
-    return own;
+                                std::to_string(palettebases::SpriteEntry(sprite)) + " of " +
+                                std::to_string(modDeclares::STYPalIndex.size()) + ")");
+    CheckPhysical(doc, file, "sprite " + std::to_string(sprite), *own);
+    return *own;
 }
 
 void CheckDelta(const clsSTY& doc, const std::string& file, std::int64_t sprite, std::int64_t d) {

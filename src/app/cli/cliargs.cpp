@@ -27,7 +27,7 @@ struct Command {
     Shape shape;
 };
 
-// In the order the usage line and the help list them.
+// In the order the usage and the help list them.
 const std::vector<Command>& Commands() {
     static const std::vector<Command> commands = {
         {"info",
@@ -105,12 +105,27 @@ const Command& Find(const std::string& name) {
 }  // namespace
 
 std::string Usage() {
-    std::string line = "usage: ombrevale-cli ";
+    // Broken only between commands, to fit a terminal of 80 columns. The
+    // lines go on under the program's name: under the first command, the
+    // longest command would not fit.
+    constexpr std::size_t kWidth = 80;
+    const std::string indent(std::string("usage: ").size(), ' ');
+    std::string text = "usage: ombrevale-cli";
+    std::size_t line = text.size();
     for (const Command& c : Commands()) {
-        if (&c != &Commands().front()) line += " | ";
-        line += std::string(c.name) + " " + c.usage;
+        const bool last = &c == &Commands().back();
+        const std::string command = std::string(c.name) + " " + c.usage + (last ? "" : " |");
+        if (line + 1 + command.size() > kWidth) {
+            text += "\n" + indent;
+            line = indent.size();
+        } else {
+            text += ' ';
+            ++line;
+        }
+        text += command;
+        line += command.size();
     }
-    return line;
+    return text;
 }
 
 std::string Help() {

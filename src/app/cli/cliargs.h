@@ -38,7 +38,8 @@ Args ParseArgs(const std::vector<std::string>& argv);
 // A decimal whole number, sign allowed; throws UsageError naming `what` otherwise.
 std::int64_t ParseNumber(const std::string& text, const std::string& what);
 
-// The one-line usage of every command, printed after a usage error.
+// The usage of every command, printed after a usage error: lines of at most
+// 80 columns, commands separated by " |".
 std::string Usage();
 // --help: every command with what it does.
 std::string Help();

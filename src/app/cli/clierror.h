@@ -22,7 +22,7 @@ private:
     std::string file_;
 };
 
-// Wrong arguments: the caller prints the usage line.
+// Wrong arguments: the caller prints the usage.
 class UsageError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

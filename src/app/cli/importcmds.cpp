@@ -4,11 +4,11 @@
 #include "checks.h"
 #include "clierror.h"
 #include "commands.h"
+#include "pictureio/picturereader.h"
 #include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
 #include "quantise/reduce.h"
 #include "style/clssty.h"
-#include "workbench/picturereader.h"
 
 namespace ombrevale::cli {
 namespace {
@@ -17,7 +17,7 @@ using ombrevale::pictureimport::Fit;
 
 picturefile::Picture Read(const std::string& picture, std::int32_t w, std::int32_t h, const std::string& target) {
     picturefile::Picture pic;
-    if (auto problem = workbench::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
+    if (auto problem = pictureio::ReadPicture(picture, pic)) throw Failure(picture, problem->text);
     if (auto problem = pictureimport::CheckSize(pic, w, h, target)) throw Failure(picture, problem->text);
     return pic;
 }
@@ -37,7 +37,10 @@ ByteString NumbersFor(const Args& args, const std::string& picture, std::int32_t
     return fitted.numbers;
 }
 
-void Refused(const std::string& picture) { throw Failure(picture, DocumentVoice::Take("was not imported")); }
+[[noreturn]] void Refused(const std::string& picture, std::string why) {
+    while (!why.empty() && (why.back() == '.' || why.back() == ' ')) why.pop_back();
+    throw Failure(picture, why);
+}
 
 // --new-palette: the picture in a palette of its own. False when the style
 // has no room for one and --nearest lets the nearest colours stand in.
@@ -53,12 +56,13 @@ bool WithOwnPalette(const Args& args, clsSTY& doc, const ownpalette::Target& tar
     }
     if (!plan.place) throw Failure(picture, plan.refusal + " Give --nearest to take the nearest colours instead.");
     const std::int16_t count = doc.GetNumOfPals();
-    const auto place = quantise::ImportOwnPalette(doc, target, pic);
-    if (!place) Refused(picture);
-    if (place->inPlace)
-        std::printf("palette %d rewritten: %s is its only user\n", place->palette, name.c_str());
+    const ownpalette::Plan done = quantise::ImportOwnPalette(doc, target, pic);
+    if (!done.place) Refused(picture, done.refusal);
+    const ownpalette::Place& place = *done.place;
+    if (place.inPlace)
+        std::printf("palette %d rewritten: %s is its only user\n", place.palette, name.c_str());
     else
-        std::printf("%s has palette %d of its own%s\n", name.c_str(), place->palette,
+        std::printf("%s has palette %d of its own%s\n", name.c_str(), place.palette,
                     doc.GetNumOfPals() > count ? ", on a page of 64 palettes added to the style" : "");
     return true;
 }
@@ -79,7 +83,8 @@ int RunImportTile(const Args& args) {
     }
     const auto numbers = NumbersFor(args, picture, kTileSide, kTileSide, "tile " + std::to_string(n), pal,
                                     pictureimport::TileNumbers(doc, static_cast<std::int32_t>(n)));
-    if (!pictureimport::IntoTile(doc, static_cast<std::int32_t>(n), numbers)) Refused(picture);
+    if (auto problem = pictureimport::IntoTile(doc, static_cast<std::int32_t>(n), numbers))
+        Refused(picture, problem->text);
     SaveStyle(doc, args.words[3]);
     return 0;
 }
@@ -101,7 +106,7 @@ int RunImportSprite(const Args& args) {
     }
     const auto numbers = NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s),
                                     "sprite " + std::to_string(n), pal, pictureimport::SpriteNumbers(doc, s, -1));
-    if (!pictureimport::IntoSprite(doc, s, numbers)) Refused(picture);
+    if (auto problem = pictureimport::IntoSprite(doc, s, numbers)) Refused(picture, problem->text);
     SaveStyle(doc, args.words[3]);
     return 0;
 }
@@ -119,7 +124,8 @@ int RunImportDelta(const Args& args) {
     const auto numbers =
         NumbersFor(args, picture, doc.GetSpriteWidth(s), doc.GetSpriteHeight(s), "sprite " + std::to_string(sprite),
                    pal, pictureimport::SpriteNumbers(doc, s, static_cast<std::int16_t>(d)));
-    if (!pictureimport::IntoDelta(doc, s, static_cast<std::int16_t>(d), numbers)) Refused(picture);
+    if (auto problem = pictureimport::IntoDelta(doc, s, static_cast<std::int16_t>(d), numbers))
+        Refused(picture, problem->text);
     SaveStyle(doc, args.words[4]);
     return 0;
 }

@@ -3,8 +3,8 @@
 
 #include "clierror.h"
 #include "commands.h"
+#include "folderimport/folderimport.h"
 #include "style/clssty.h"
-#include "workbench/folderimport.h"
 
 namespace ombrevale::cli {
 

@@ -5,7 +5,7 @@
 
 #include "clierror.h"
 #include "commands.h"
-#include "workbench/keptedits.h"
+#include "keptedits/keptedits.h"
 
 namespace ombrevale::cli {
 namespace {

@@ -1,4 +1,4 @@
-#include "workbench/folderimport.h"
+#include "folderimport/folderimport.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -7,13 +7,13 @@
 #include <set>
 #include <tuple>
 
+#include "pictureio/picturereader.h"
 #include "pixels/checks.h"
 #include "pixels/ownpalette.h"
 #include "pixels/pictureimport.h"
 #include "quantise/reduce.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
-#include "workbench/picturereader.h"
 
 namespace ombrevale::folderimport {
 namespace {
@@ -74,7 +74,7 @@ Tried Picture(clsSTY& doc, const Name& name, const std::string& path, Colours co
     const auto pal = tile ? pixelchecks::TilePalette(doc, n) : pixelchecks::SpritePalette(doc, n, -1);
     if (!pal) return {false, std::nullopt, told.Last("it has no palette")};
     picturefile::Picture pic;
-    if (auto problem = workbench::ReadPicture(path, pic)) return {false, std::nullopt, problem->text};
+    if (auto problem = pictureio::ReadPicture(path, pic)) return {false, std::nullopt, problem->text};
     const std::string target = (tile ? "tile " : "sprite ") + std::to_string(n);
     if (auto problem = imp::CheckSize(pic, tile ? kTileSide : doc.GetSpriteWidth(n),
                                       tile ? kTileSide : doc.GetSpriteHeight(n), target))
@@ -99,11 +99,11 @@ Tried Picture(clsSTY& doc, const Name& name, const std::string& path, Colours co
     // Tried on the stores and put back: what the engine would refuse is refused now.
     const Kind kind = tile ? Kind::Tile : delta >= 0 ? Kind::Deltas : Kind::Sprite;
     const editparts::Part before = editparts::Take(doc, kind, n);
-    const bool fits = tile         ? imp::IntoTile(doc, n, fitted.numbers)
-                      : delta >= 0 ? imp::IntoDelta(doc, static_cast<std::int16_t>(n), delta, fitted.numbers)
-                                   : imp::IntoSprite(doc, n, fitted.numbers);
+    const auto problem = tile         ? imp::IntoTile(doc, n, fitted.numbers)
+                         : delta >= 0 ? imp::IntoDelta(doc, static_cast<std::int16_t>(n), delta, fitted.numbers)
+                                      : imp::IntoSprite(doc, n, fitted.numbers);
     editparts::Put(doc, before);
-    if (!fits) return {false, std::nullopt, told.Last("it cannot go into " + target)};
+    if (problem) return {false, std::nullopt, problem->text};
     return {false, Change{name, {}, fitted.numbers, fitted.changed, *pal, false, {}}, {}};
 }
 
@@ -213,7 +213,6 @@ std::vector<editparts::Part> Touched(const clsSTY& doc, const Plan& plan) {
 }
 
 void Apply(clsSTY& doc, const Plan& plan) {
-    const Told quiet;
     for (const Change& c : plan.changes) {
         const std::int32_t n = c.name.number;
         switch (c.name.kind) {
@@ -225,7 +224,7 @@ void Apply(clsSTY& doc, const Plan& plan) {
                 if (c.ownPalette) {
                     picturefile::Picture pic;
                     const bool tile = c.name.kind == exportnames::Kind::Tile;
-                    if (!workbench::ReadPicture(c.path, pic))
+                    if (!pictureio::ReadPicture(c.path, pic))
                         quantise::ImportOwnPalette(
                             doc, {tile ? ownpalette::TargetKind::Tile : ownpalette::TargetKind::Sprite, n, -1}, pic);
                 } else if (c.name.kind == exportnames::Kind::Tile) {

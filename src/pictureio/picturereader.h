@@ -8,9 +8,9 @@
 
 #include "pixels/picturefile.h"
 
-namespace ombrevale::workbench {
+namespace ombrevale::pictureio {
 
 // The problem's text says what is wrong without naming the file.
 ombrevale::Outcome ReadPicture(const std::string& path, picturefile::Picture& out);
 
-}  // namespace ombrevale::workbench
+}  // namespace ombrevale::pictureio

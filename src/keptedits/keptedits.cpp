@@ -1,4 +1,4 @@
-#include "workbench/keptedits.h"
+#include "keptedits/keptedits.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

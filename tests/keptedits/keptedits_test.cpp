@@ -5,9 +5,9 @@
 
 #include <filesystem>
 
+#include "keptedits/keptedits.h"
 #include "stylewriter/stylewriter.h"
 #include "support/tempdir.h"
-#include "workbench/keptedits.h"
 
 namespace fs = std::filesystem;
 using namespace ombrevale::keptedits;

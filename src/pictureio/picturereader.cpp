@@ -1,4 +1,4 @@
-#include "workbench/picturereader.h"
+#include "pictureio/picturereader.h"
 
 #include <QFile>
 #include <QImage>
@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-namespace ombrevale::workbench {
+namespace ombrevale::pictureio {
 namespace {
 
 using picturefile::Rgba;
@@ -84,4 +84,4 @@ ombrevale::Outcome ReadPicture(const std::string& path, picturefile::Picture& ou
     return std::nullopt;
 }
 
-}  // namespace ombrevale::workbench
+}  // namespace ombrevale::pictureio
