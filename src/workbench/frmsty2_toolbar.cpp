@@ -78,6 +78,9 @@ void frmSTY2::BuildToolbar() {
     for (const auto& [action, standard] : {std::pair{a.open, QKeySequence::Open}, std::pair{a.save, QKeySequence::Save},
                                            std::pair{a.saveAs, QKeySequence::SaveAs}}) {
         action->setShortcuts(standard);
+        // Some desktops bind no key to Save As; the usual one then.
+        if (action->shortcut().isEmpty() && standard == QKeySequence::SaveAs)
+            action->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
         action->setShortcutContext(Qt::WindowShortcut);
         action->setToolTip(action->text() + QStringLiteral(" (") +
                            action->shortcut().toString(QKeySequence::NativeText) + QLatin1Char(')'));

@@ -194,21 +194,28 @@ void frmSTY2::FollowDocument() {
 }
 
 QString frmSTY2::KeysText() const {
-    QStringList lines;
-    const auto add = [&](const QAction* a, const QString& where) {
-        if (a->shortcut().isEmpty()) return;
-        QString text = a->text();
-        text.remove(QLatin1Char('&'));
-        lines << QStringLiteral("%1\t%2%3").arg(a->shortcut().toString(QKeySequence::NativeText), text, where);
+    QString rows;
+    const auto row = [&](const QString& keys, const QString& what) {
+        rows += QStringLiteral("<tr><td>%1</td><td>%2</td></tr>").arg(keys.toHtmlEscaped(), what.toHtmlEscaped());
+    };
+    const auto add = [&](const QAction* a, const QString& what) {
+        if (!a->shortcuts().isEmpty()) row(QKeySequence::listToString(a->shortcuts(), QKeySequence::NativeText), what);
     };
     const ToolbarActions& t = actions_;
-    for (const QAction* a : {t.open, t.save, t.saveAs, t.undo, t.redo, t.importFolder}) add(a, QString());
+    // Undo and Redo are named after the step they take: here by what they are.
+    for (const auto& [a, what] :
+         {std::pair{t.open, "Open"}, std::pair{t.save, "Save"}, std::pair{t.saveAs, "Save As"},
+          std::pair{t.undo, "Undo"}, std::pair{t.redo, "Redo"}, std::pair{t.importFolder, "Import folder..."}})
+        add(a, QString::fromLatin1(what));
     static const char* const kPages[] = {"Tiles", "Sprites", "Palettes", "Font"};
     for (const QAction* a : actions()) {
         const QVariant page = a->property("page");
-        if (page.isValid()) add(a, QStringLiteral(" (%1 page)").arg(QString::fromLatin1(kPages[page.toInt()])));
+        if (page.isValid())
+            add(a, QStringLiteral("%1 (%2 page)").arg(a->text(), QString::fromLatin1(kPages[page.toInt()])));
     }
-    lines << QStringLiteral("Up, Down, Page Up, Page Down\tscroll the tile sheet")
-          << QStringLiteral("Ctrl+wheel\tzoom the sprite or the font text") << QStringLiteral("Esc\tclose the window");
-    return lines.join(QLatin1Char('\n'));
+    row(QStringLiteral("Up, Down"), QStringLiteral("scroll the tile sheet a row"));
+    row(QStringLiteral("PgUp, PgDown"), QStringLiteral("scroll the tile sheet a page"));
+    row(QStringLiteral("Ctrl+wheel"), QStringLiteral("zoom the sprite or the font text"));
+    row(QStringLiteral("Esc"), QStringLiteral("close the window"));
+    return QStringLiteral("<table cellspacing=\"0\" cellpadding=\"2\">%1</table>").arg(rows);
 }

@@ -919,7 +919,8 @@ private slots:
         QTest::keyClick(&W(), Qt::Key_F1);
         QCOMPARE(hooks.messages().size(), std::size_t(1));
         const QString keys = QString::fromStdString(hooks.messages()[0]);
-        for (const char* key : {"Ctrl+G", "Ctrl+T", "Ctrl+F", "Ctrl+R", "Ctrl+K", "Ctrl+E", "Ctrl+U", "Ctrl+Z"})
+        for (const char* key :
+             {"Ctrl+G", "Ctrl+T", "Ctrl+F", "Ctrl+R", "Ctrl+K", "Ctrl+E", "Ctrl+U", "Ctrl+Z", "Ctrl+Shift+S"})
             QVERIFY2(keys.contains(QString::fromLatin1(key)), key);
     }
 
