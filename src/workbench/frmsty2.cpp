@@ -21,6 +21,7 @@
 #include "style/moddeclares.h"
 #include "workbench/fontchoice.h"
 #include "workbench/keptcopy.h"
+#include "workbench/keptview.h"
 #include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
 #include "workbench/styleedits.h"
@@ -190,7 +191,7 @@ void frmSTY2::Form_Load() {
     }
     RenderSheet();
     ombrevale::workbench::SetTopMost(this, true);
-    if (!path.empty()) OfferKeptEdits(path);
+    if (!path.empty()) keptView_->Offer(path);
 }
 
 void frmSTY2::FillLists() {
@@ -261,7 +262,7 @@ void frmSTY2::cmdGen_Click() {
     }
     RenderSheet();
     FollowDocument();
-    if (!path.empty()) OfferKeptEdits(path);
+    if (!path.empty()) keptView_->Offer(path);
 }
 
 void frmSTY2::dragEnterEvent(QDragEnterEvent* event) {

@@ -34,7 +34,7 @@ class CarRecordPanel;
 class FontChoice;
 class GoToFind;
 class KeptCopy;
-class KeptOffer;
+class KeptEditsView;
 class PaletteUsageWindow;
 class StyleEdits;
 class SurfaceView;
@@ -71,11 +71,12 @@ public:
     // vScroll.Max as set, which may be below 0 when the sheet fits the view.
     int vScrollMax() const { return vScrollMax_; }
     int Cols() const;
-    // Time the last render took, and the part of it spent in RenderTile (the "temp.bmp" road).
-    qint64 LastRenderNs() const { return lastRenderNs_; }
-    qint64 LastTileRoadNs() const { return lastTileRoadNs_; }
-    // Tiles of the last render that reached the sheet.
-    int LastTilesDrawn() const { return lastTilesDrawn_; }
+    struct RenderStats {
+        qint64 ns = 0;          // the whole render
+        qint64 tileRoadNs = 0;  // of it, in RenderTile (the "temp.bmp" road)
+        int tilesDrawn = 0;     // tiles that reached the sheet
+    };
+    const RenderStats& LastRender() const { return lastRender_; }
     // Scrolls tile t into view and selects it as a click on its cell does; says why not when it cannot.
     void GoToTile(int t);
 
@@ -126,7 +127,7 @@ public:
     // Writes the edits not yet kept and waits for the disk: before the process ends.
     void KeepEditsNow();
     ombrevale::workbench::KeptCopy* Kept() const { return kept_; }
-    ombrevale::workbench::KeptOffer* KeptEditsOffer() const { return keptOffer_; }
+    ombrevale::workbench::KeptEditsView* KeptView() const { return keptView_; }
 
     // ---- The views a user asks for; none shows at start (frmsty2_views.cpp) ----
     ombrevale::workbench::FontChoice* FontChoiceView() const { return fontChoice_; }
@@ -174,8 +175,6 @@ public:
     // Magnifiers of the sprite picture and the font text (zoomlens.h).
     ombrevale::workbench::ZoomLens* picSpriteZoom = nullptr;
     ombrevale::workbench::ZoomLens* picFontZoom = nullptr;
-    // The count of unsaved edits, a badge on the Save button.
-    QLabel* lblUnsaved = nullptr;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -239,14 +238,6 @@ private:
                       std::int16_t pal, const ombrevale::ownpalette::Target& target, const QString& path);
     // Kept edits (frmsty2_kept.cpp)
     void WireKeptEdits();
-    // After a load of path: the kept edits of that style, if any, are offered.
-    void OfferKeptEdits(const std::string& path);
-    void RestoreKeptEdits();
-    void DiscardKeptEdits();
-    // An edit while earlier kept edits are on offer would take their place on
-    // disk: the user says first whether they may go. False: the edit waits.
-    bool MayReplaceKeptEdits();
-    void ShowUnsaved(bool unsaved, int edits);
     // The views (frmsty2_views.cpp)
     void WireViews();
     void WireViewKeys();
@@ -261,16 +252,14 @@ private:
     std::optional<QPoint> boxCell_;
     bool busy_ = false;
     bool rendering_ = false;
-    qint64 lastRenderNs_ = 0;
-    qint64 lastTileRoadNs_ = 0;
-    int lastTilesDrawn_ = 0;
+    RenderStats lastRender_;
     const QEvent* lastKey_ = nullptr;
     QPointer<QWidget> lastKeyTarget_;
     std::vector<std::string> causesTold_;
     ToolbarActions actions_{};
     ombrevale::workbench::StyleEdits* edits_ = nullptr;
     ombrevale::workbench::KeptCopy* kept_ = nullptr;
-    ombrevale::workbench::KeptOffer* keptOffer_ = nullptr;
+    ombrevale::workbench::KeptEditsView* keptView_ = nullptr;
     ombrevale::workbench::FontChoice* fontChoice_ = nullptr;
     ombrevale::workbench::CarRecordPanel* carPanel_ = nullptr;
     ombrevale::workbench::SurfaceView* surfaces_ = nullptr;

@@ -19,6 +19,7 @@
 #include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
+#include "workbench/keptview.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/sheetgeometry.h"
@@ -49,7 +50,7 @@ bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, co
 
 bool frmSTY2::RecordEdits(const std::vector<std::pair<Kind, std::int32_t>>& parts, const QString& text,
                           const std::function<bool()>& change) {
-    if (busy_ || !MayReplaceKeptEdits()) return false;
+    if (busy_ || !keptView_->MayReplace()) return false;
     return edits_->Record(parts, text, change);
 }
 
@@ -103,7 +104,7 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
 
 void frmSTY2::RedrawTile(std::int32_t t) {
     const int cols = Cols();
-    if (cols <= 0 || t < 0 || t >= LastTilesDrawn() || !Sty().RenderTile(t, *picTTmp)) return;
+    if (cols <= 0 || t < 0 || t >= lastRender_.tilesDrawn || !Sty().RenderTile(t, *picTTmp)) return;
     const QRect cell = ombrevale::sheet::CellRect(t, cols);
     // The box is drawn by inverting and reaches past the cell on two sides: it
     // comes off before the cell is drawn anew and goes on again after, else

@@ -11,6 +11,7 @@
 #include "folderimport/folderimport.h"
 #include "style/hooks.h"
 #include "workbench/frmsty2.h"
+#include "workbench/keptview.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/styleedits.h"
 
@@ -60,7 +61,7 @@ void frmSTY2::WireFolderImport() {
 
 void frmSTY2::ImportFolder() {
     using ombrevale::panesdialogs::FileMode;
-    if (busy_ || !MayReplaceKeptEdits()) return;
+    if (busy_ || !keptView_->MayReplace()) return;
     const QString dir = ombrevale::panesdialogs::FileDialog(this, FileMode::Folder, QStringLiteral("Import Folder"),
                                                             QString(), DialogFolder());
     if (dir.isEmpty()) return;

@@ -120,9 +120,7 @@ void frmSTY2::RenderSheet() {
     picMain->show();
     ProgressEnd();
     picMain->update();
-    lastRenderNs_ = whole.nsecsElapsed();
-    lastTileRoadNs_ = road;
-    lastTilesDrawn_ = tilesDrawn;
+    lastRender_ = {whole.nsecsElapsed(), road, tilesDrawn};
     for (const Gathered& g : gathered) {
         if (g.ofTile && !FirstTelling(g.text)) continue;
         std::string text = g.text;

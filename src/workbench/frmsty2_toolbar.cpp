@@ -26,6 +26,7 @@
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
+#include "workbench/keptview.h"
 #include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/panes_events.h"
@@ -188,7 +189,7 @@ void frmSTY2::OpenStyle(const QString& path) {
     ForgetEdits();
     RefillAfterOpen();
     if (!report.warnings.empty()) MsgBox(LoadWarningText(file, report), "Ombrevale", MsgIcon::Information);
-    OfferKeptEdits(file);
+    keptView_->Offer(file);
 }
 
 bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report) {

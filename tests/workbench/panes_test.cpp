@@ -22,6 +22,7 @@
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
 #include "workbench/keptoffer.h"
+#include "workbench/keptview.h"
 #include "workbench/keycodes.h"
 #include "workbench/paletteusagewindow.h"
 #include "workbench/panes_dialogs.h"
@@ -569,36 +570,37 @@ private slots:
         const auto edited = W().Sty().SavedBytes();
         QTRY_VERIFY_WITH_TIMEOUT(store.Find(path).has_value(), 1000);
         QVERIFY(kept() == edited);
-        QVERIFY(W().lblUnsaved->isVisibleTo(&W()) && W().lblUnsaved->toolTip().startsWith("1 unsaved edit,"));
+        QVERIFY(W().KeptView()->Badge()->isVisibleTo(&W()) &&
+                W().KeptView()->Badge()->toolTip().startsWith("1 unsaved edit,"));
         W().UndoStack()->undo();
-        QVERIFY(kept().empty() && !W().lblUnsaved->isVisibleTo(&W()));
+        QVERIFY(kept().empty() && !W().KeptView()->Badge()->isVisibleTo(&W()));
         W().UndoStack()->redo();
         QVERIFY(kept() == edited);
         W().cmdGen_Click();
         QVERIFY(kept() == edited && !W().UndoStack()->canUndo());
-        QVERIFY(W().KeptEditsOffer()->isVisibleTo(&W()));
-        QVERIFY2(W().KeptEditsOffer()->Text().startsWith("Unsaved edits of kept.sty from ") &&
-                     W().KeptEditsOffer()->Text().endsWith("(1 edit: Import into tile 5)"),
-                 qPrintable(W().KeptEditsOffer()->Text()));
+        QVERIFY(W().KeptView()->OfferBar()->isVisibleTo(&W()));
+        QVERIFY2(W().KeptView()->OfferBar()->Text().startsWith("Unsaved edits of kept.sty from ") &&
+                     W().KeptView()->OfferBar()->Text().endsWith("(1 edit: Import into tile 5)"),
+                 qPrintable(W().KeptView()->OfferBar()->Text()));
         // An edit now would take their place: No leaves the edit unmade and them on offer.
         yes_ = false;
         QCOMPARE(Says([&] { Make(Edit::RecycleAdd); }), 0);
-        QVERIFY(!W().UndoStack()->canUndo() && kept() == edited && W().KeptEditsOffer()->isVisibleTo(&W()));
+        QVERIFY(!W().UndoStack()->canUndo() && kept() == edited && W().KeptView()->OfferBar()->isVisibleTo(&W()));
         // Changed on disk since: No to the question restores nothing.
         auto changed = ombrevale::stylewriter::ReadFile(path);
         changed.back() ^= 1;
         ombrevale::stylewriter::WriteFile(path, changed);
-        W().KeptEditsOffer()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() != edited && W().KeptEditsOffer()->isVisibleTo(&W()));
+        W().KeptView()->OfferBar()->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() != edited && W().KeptView()->OfferBar()->isVisibleTo(&W()));
         yes_ = true;
-        W().KeptEditsOffer()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() == edited && !W().KeptEditsOffer()->isVisibleTo(&W()));
-        QVERIFY(W().lblUnsaved->isVisibleTo(&W()) && kept() == edited);
+        W().KeptView()->OfferBar()->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() == edited && !W().KeptView()->OfferBar()->isVisibleTo(&W()));
+        QVERIFY(W().KeptView()->Badge()->isVisibleTo(&W()) && kept() == edited);
         W().show();
         W().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&W()));
         QTest::keyClick(&W(), Qt::Key_S, Qt::ControlModifier);
-        QVERIFY(kept().empty() && !W().lblUnsaved->isVisibleTo(&W()));
+        QVERIFY(kept().empty() && !W().KeptView()->Badge()->isVisibleTo(&W()));
         QVERIFY(ombrevale::stylewriter::ReadFile(path) == edited);
     }
 

@@ -122,8 +122,8 @@ protected:
                          "tiles drawn %d of %d\n"
                          "first paint at %lld\n",
                          static_cast<double>(sinceMain_.nsecsElapsed()) / 1e6,
-                         static_cast<double>(window_.LastRenderNs()) / 1e6,
-                         static_cast<double>(window_.LastTileRoadNs()) / 1e6, window_.LastTilesDrawn(),
+                         static_cast<double>(window_.LastRender().ns) / 1e6,
+                         static_cast<double>(window_.LastRender().tileRoadNs) / 1e6, window_.LastRender().tilesDrawn,
                          static_cast<int>(window_.Sty().GetNumOfTiles()), static_cast<long long>(wall));
             if (stalls_) {
                 stalls_->Begin();

@@ -1,0 +1,118 @@
+#include "workbench/keptview.h"
+
+#include <QKeySequence>
+#include <QLabel>
+#include <algorithm>
+
+#include "keptedits/keptedits.h"
+#include "style/hooks.h"
+#include "workbench/keptcopy.h"
+#include "workbench/keptoffer.h"
+#include "workbench/panes_dialogs.h"
+#include "workbench/panes_events.h"
+
+namespace ombrevale::workbench {
+
+KeptEditsView::KeptEditsView(KeptCopy* kept, Window window, QWidget* sheetPage, QWidget* saveButton, QWidget* parent)
+    : QObject(parent),
+      kept_(kept),
+      window_(std::move(window)),
+      parent_(parent),
+      offer_(new KeptOffer(sheetPage)),
+      badge_(new QLabel(saveButton)) {
+    connect(offer_, &KeptOffer::Restore, this, [this] { Restore(); });
+    connect(offer_, &KeptOffer::Discard, this, [this] { Discard(); });
+    // A badge on the Save button with the count, as editors mark unsaved
+    // work: it takes no room from the laid-out row of tabs and buttons.
+    badge_->setObjectName(QStringLiteral("lblUnsaved"));
+    badge_->setAlignment(Qt::AlignCenter);
+    badge_->setStyleSheet(QStringLiteral(
+        "QLabel { background: #c8102e; color: white; border-radius: 6px; font-size: 8px; font-weight: bold; }"));
+    badge_->hide();
+    connect(kept_, &KeptCopy::UnsavedChanged, this, [this](bool unsaved, int edits) { ShowUnsaved(unsaved, edits); });
+    new PanesEventTap(saveButton, QEvent::Resize,
+                      [this](QEvent*) { ShowUnsaved(kept_->Unsaved(), kept_->EditCount()); });
+    connect(kept_, &KeptCopy::Problem, this, [](const QString& why) {
+        MsgBox("Unsaved edits cannot be kept on disk: " + why.toStdString() +
+                   ". Save your work with Save or Save As to keep it.",
+               "Ombrevale", MsgIcon::Exclamation);
+    });
+}
+
+void KeptEditsView::ShowUnsaved(bool unsaved, int edits) {
+    badge_->setVisible(unsaved);
+    if (!unsaved) return;
+    badge_->setText(edits > 99 ? QStringLiteral("99+") : QString::number(edits));
+    badge_->setToolTip((edits == 1 ? QStringLiteral("1 unsaved edit") : QStringLiteral("%1 unsaved edits").arg(edits)) +
+                       QStringLiteral(", kept on disk until saved (%1)")
+                           .arg(QKeySequence(QKeySequence::Save).toString(QKeySequence::NativeText)));
+    const int side = 12;
+    badge_->resize(std::max(side, badge_->fontMetrics().horizontalAdvance(badge_->text()) + 6), side);
+    const QWidget* save = badge_->parentWidget();
+    badge_->move(save->width() - badge_->width(), 0);
+    badge_->raise();
+}
+
+void KeptEditsView::Offer(const std::string& path) {
+    const auto entry = kept_->store().Find(path);
+    kept_->SetOffered(entry.has_value());
+    if (!entry) {
+        offer_->hide();
+        return;
+    }
+    QString text = QString::fromStdString(keptedits::Describe(*entry));
+    if (keptedits::ChangedSince(*entry)) text += QStringLiteral(" The file has changed on disk since.");
+    offer_->Offer(text);
+}
+
+void KeptEditsView::Withdraw() {
+    offer_->hide();
+    kept_->SetOffered(false);
+}
+
+void KeptEditsView::Restore() {
+    if (window_.busy()) return;
+    const std::string path = window_.path();
+    const auto entry = kept_->store().Find(path);
+    if (!entry) return Withdraw();
+    if (keptedits::ChangedSince(*entry) &&
+        !panesdialogs::Question(
+            parent_, QStringLiteral("%1 has changed on disk since these edits were made. Restoring puts the edited "
+                                    "copy in the window; saving it then replaces what the file holds now.\n\n"
+                                    "Restore the edits?")
+                         .arg(QString::fromStdString(path))))
+        return;
+    LoadReport report;
+    if (!window_.load(kept_->store().DocumentPath(path), report)) {
+        MsgBox("The kept edits of " + path + " cannot be read: " + report.problem->text + ". Nothing was changed.",
+               "Ombrevale", MsgIcon::Exclamation);
+        return;
+    }
+    offer_->hide();
+    kept_->Restored(*entry);
+    window_.refill();
+}
+
+void KeptEditsView::Discard() {
+    const std::string path = window_.path();
+    if (!panesdialogs::Question(
+            parent_, QStringLiteral("Discard the unsaved edits of %1 for good?").arg(QString::fromStdString(path))))
+        return;
+    kept_->Discard(path);
+    Withdraw();
+}
+
+bool KeptEditsView::MayReplace() {
+    if (!kept_->Offered()) return true;
+    if (!panesdialogs::Question(
+            parent_,
+            QStringLiteral("%1\n\nA new edit is kept in their place. Discard those earlier edits and make this "
+                           "one? (No leaves them on offer: Restore brings them back first.)")
+                .arg(offer_->Text())))
+        return false;
+    kept_->Discard(window_.path());
+    Withdraw();
+    return true;
+}
+
+}  // namespace ombrevale::workbench
