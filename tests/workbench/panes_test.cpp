@@ -926,6 +926,18 @@ private slots:
             QVERIFY2(keys.contains(QString::fromLatin1(key)), key);
     }
 
+    // Ctrl+Z in a text box takes back its typing, not the style's last edit.
+    void textBoxKeepsItsUndo() {
+        Make(Edit::RecycleAdd);
+        W().MainTab->setCurrentIndex(3);
+        Show();
+        W().txtText->setFocus();
+        QTest::keyClicks(W().txtText, QStringLiteral("ab"));
+        QTest::keyClick(W().txtText, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(W().txtText->text(), QString());
+        QCOMPARE(W().UndoStack()->index(), 1);
+    }
+
     // A style file dropped on the window opens as Open opens it.
     void dropOpensStyle() {
         ombrevale::wbtest::WriteStyle(dir_.File("dropped.sty"), 40);
