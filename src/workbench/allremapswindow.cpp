@@ -8,9 +8,7 @@
 
 namespace ombrevale::workbench {
 
-AllRemapsWindow::AllRemapsWindow(Source source, QWidget* owner)
-    : QListWidget(owner), source_(std::move(source)), owner_(owner) {
-    MakeToolWindow(this);
+AllRemapsWindow::AllRemapsWindow(Source source, QWidget* owner) : ToolListWindow(owner), source_(std::move(source)) {
     setViewMode(QListView::IconMode);
     setMovement(QListView::Static);
     setResizeMode(QListView::Adjust);
@@ -18,23 +16,16 @@ AllRemapsWindow::AllRemapsWindow(Source source, QWidget* owner)
     connect(this, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) { emit RemapChosen(row(item)); });
 }
 
-void AllRemapsWindow::Open() {
-    Fill();
+QSize AllRemapsWindow::Wanted() const {
     // Room for every picture in a row up to the width of the main window, and the title.
     const QSize icon = iconSize().expandedTo(QSize(32, 32));
     const int cell = std::max(icon.width(), fontMetrics().horizontalAdvance(QStringLiteral("remap 000"))) + 16;
     const int across = std::clamp(count(), 1, std::max(1, owner_->width() / cell));
     const int rows = (std::max(count(), 1) + across - 1) / across;
     const int width = std::max(across * cell + verticalScrollBar()->sizeHint().width() + 2 * frameWidth(),
-                               fontMetrics().horizontalAdvance(windowTitle()) + 100);
+                               fontMetrics().horizontalAdvance(windowTitle()) + kTitleButtons);
     const int height = rows * (icon.height() + fontMetrics().height() + 16) + 2 * frameWidth();
-    PlaceBeside(this, owner_, QSize(width, std::max(height, 120)));
-    show();
-    raise();
-}
-
-void AllRemapsWindow::Follow() {
-    if (isVisible()) Fill();
+    return {width, std::max(height, 120)};
 }
 
 void AllRemapsWindow::Fill() {

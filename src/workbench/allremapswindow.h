@@ -3,13 +3,14 @@
 // its record, side by side in a small window; a click chooses that remap.
 
 #include <QImage>
-#include <QListWidget>
 #include <functional>
 #include <vector>
 
+#include "workbench/toolwindow.h"
+
 namespace ombrevale::workbench {
 
-class AllRemapsWindow : public QListWidget {
+class AllRemapsWindow : public ToolListWindow {
     Q_OBJECT
 public:
     struct Source {
@@ -22,18 +23,17 @@ public:
         std::function<QImage(int row)> picture;
     };
     AllRemapsWindow(Source source, QWidget* owner);
-    void Open();
-    // Fills it anew when it shows: after a load, or another sprite chosen.
-    void Follow();
 
 signals:
     // Row 0 is the sprite's own palette, row k the k-th remap of its record.
     void RemapChosen(int row);
 
+protected:
+    void Fill() override;
+    QSize Wanted() const override;
+
 private:
-    void Fill();
     Source source_;
-    QWidget* owner_;
 };
 
 }  // namespace ombrevale::workbench

@@ -9,28 +9,17 @@
 namespace ombrevale::workbench {
 
 PaletteUsageWindow::PaletteUsageWindow(Source source, QWidget* owner)
-    : QListWidget(owner), source_(std::move(source)), owner_(owner) {
-    MakeToolWindow(this);
+    : ToolListWindow(owner), source_(std::move(source)) {
     // A palette may colour every tile of the largest style: rows of one height lay out at once.
     setUniformItemSizes(true);
     connect(this, &QListWidget::itemClicked, this, &PaletteUsageWindow::Choose);
     connect(this, &QListWidget::itemActivated, this, &PaletteUsageWindow::Choose);
 }
 
-void PaletteUsageWindow::Open() {
-    Fill();
+QSize PaletteUsageWindow::Wanted() const {
     // Wide enough for the title with its counts and for the longest row.
-    const QFontMetrics fm(font());
-    constexpr int kTitleButtons = 100;
     const int rowsWidth = sizeHintForColumn(0) + verticalScrollBar()->sizeHint().width() + 2 * frameWidth() + 8;
-    const int width = std::max({260, fm.horizontalAdvance(windowTitle()) + kTitleButtons, rowsWidth});
-    PlaceBeside(this, owner_, QSize(width, 360));
-    show();
-    raise();
-}
-
-void PaletteUsageWindow::Follow() {
-    if (isVisible()) Fill();
+    return {std::max({260, fontMetrics().horizontalAdvance(windowTitle()) + kTitleButtons, rowsWidth}), 360};
 }
 
 void PaletteUsageWindow::Fill() {

@@ -2,13 +2,14 @@
 // Palette usage: the tiles, sprites and car remaps a physical palette
 // colours, in a small window beside the main one; a click goes to one.
 
-#include <QListWidget>
 #include <functional>
 #include <vector>
 
+#include "workbench/toolwindow.h"
+
 namespace ombrevale::workbench {
 
-class PaletteUsageWindow : public QListWidget {
+class PaletteUsageWindow : public ToolListWindow {
     Q_OBJECT
 public:
     struct Source {
@@ -18,18 +19,17 @@ public:
         std::function<QString(int)> spriteCaption;
     };
     PaletteUsageWindow(Source source, QWidget* owner);
-    // Fills the window for the palette chosen, then shows it beside the owner.
-    void Open();
-    // Fills it anew when it shows: after a load, or another palette chosen.
-    void Follow();
 
 signals:
     void TileChosen(int tile);
     // remapPosition: the remap's place in its record's list, -1 for the sprite's own palette.
     void SpriteChosen(int sprite, int remapPosition);
 
+protected:
+    void Fill() override;
+    QSize Wanted() const override;
+
 private:
-    void Fill();
     void Choose(QListWidgetItem* item);
     struct Row {
         enum Kind { Tile, Sprite, Remap } kind;
@@ -37,7 +37,6 @@ private:
         int position;  // of the remap in its record's list
     };
     Source source_;
-    QWidget* owner_;
     std::vector<Row> rows_;
 };
 

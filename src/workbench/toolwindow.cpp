@@ -6,7 +6,18 @@
 
 namespace ombrevale::workbench {
 
-void MakeToolWindow(QWidget* window) { window->setWindowFlags(Qt::Tool); }
+ToolListWindow::ToolListWindow(QWidget* owner) : QListWidget(owner), owner_(owner) { setWindowFlags(Qt::Tool); }
+
+void ToolListWindow::Open() {
+    Fill();
+    PlaceBeside(this, owner_, Wanted());
+    show();
+    raise();
+}
+
+void ToolListWindow::Follow() {
+    if (isVisible()) Fill();
+}
 
 void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted) {
     constexpr int kGap = 8;

@@ -1,14 +1,31 @@
 #pragma once
-// The small windows the views open (palette usage, all remaps) stand beside
-// the main window, sized to what they hold, never at the screen's edge.
+// The small windows the views open (palette usage, all remaps): a list in a
+// tool window of the main one, standing beside it, sized to what it holds,
+// and filled anew while it shows whenever the document changes.
 
-class QWidget;
+#include <QListWidget>
+
 class QSize;
 
 namespace ombrevale::workbench {
 
-// Makes window a tool window of owner's.
-void MakeToolWindow(QWidget* window);
+class ToolListWindow : public QListWidget {
+public:
+    explicit ToolListWindow(QWidget* owner);
+    // Fills the window, then shows it beside the owner.
+    void Open();
+    // Fills it anew when it shows: after a load, or another choice in the window.
+    void Follow();
+
+protected:
+    virtual void Fill() = 0;
+    // The size the window's content wants, once filled.
+    virtual QSize Wanted() const = 0;
+    // Room the system's title bar takes beside the title's text.
+    static constexpr int kTitleButtons = 100;
+    QWidget* owner_;
+};
+
 // Sizes window to wanted (at most the screen's free area) and puts it right
 // of owner, or left of it where the right has no room; top edges level.
 void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted);
