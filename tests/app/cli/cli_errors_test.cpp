@@ -43,10 +43,10 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"NumberNotDecimal", {"tile", "STYLE", "0x10", "OUT.bmp"}},
         Case{"TileTakesNoPal", {"tile", "STYLE", "1", "OUT.bmp", "--pal", "2"}},
         Case{"PalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
-        Case{"DeltaMissingNumber", {"delta", "STYLE", "1", "OUT.bmp"}},
-        Case{"ExportUnknownOption", {"export", "STYLE", "OUTDIR", "--jpeg"}},
         Case{"ColumnsNotANumber", {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
         Case{"SheetTakesNoPng", {"sheet", "STYLE", "OUT.png", "--png"}},
+        Case{"InfoTakesNoPng", {"info", "STYLE", "--png"}}, Case{"InfoTakesNoDiscard", {"info", "STYLE", "--discard"}},
+        Case{"CarTakesNoTransparent", {"car", "STYLE", "3", "--transparent"}},
         Case{"SpriteTakesNoColumns", {"sprite", "STYLE", "1", "OUT.bmp", "--columns", "3"}},
         Case{"ImportPaletteTakesNoColumns", {"import-palette", "STYLE", "1", "P.pal", "OUT", "--columns", "3"}},
         Case{"ImportSpriteTakesNoPng", {"import-sprite", "STYLE", "1", "P", "OUT", "--png"}},
@@ -101,22 +101,28 @@ TEST_P(CliOutOfRange, NamesTheValidRange) {
 
 INSTANTIATE_TEST_SUITE_P(
     Numbers, CliOutOfRange,
-    ::testing::Values(Case{"TilePastTheEnd", {"tile", "STYLE", "992", "OUT.bmp"}, "tile 992 is out of range (0..991)"},
-                      Case{"TileNegative", {"tile", "STYLE", "-1", "OUT.bmp"}, "(0..991)"},
-                      Case{"SpritePastTheEnd", {"sprite", "STYLE", "1816", "OUT.bmp"}, "(0..1815)"},
-                      Case{"SpritePalette",
-                           {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "192"},
-                           "--pal 192 is out of range (-1..191)"},
-                      Case{"PaletteBelowOwn", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "-2"}, "(-1..191)"},
-                      Case{"SpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
-                      Case{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
-                      Case{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
-                      Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"},
-                      Case{"CarNoSuchModel", {"car", "STYLE", "200"}, "has no car record of model 200"},
-                      Case{"CarWidth", {"car", "STYLE", "3", "--set", "width=129", "OUT.sty"}, "(0..128)"},
-                      Case{"CarSixDoors",
-                           {"car", "STYLE", "3", "--set", "door_positions=1:1 1:1 1:1 1:1 1:1 1:1", "OUT.sty"},
-                           "at most 5"}),
+    ::testing::Values(
+        Case{"TilePastTheEnd", {"tile", "STYLE", "992", "OUT.bmp"}, "tile 992 is out of range (0..991)"},
+        Case{"TileNegative", {"tile", "STYLE", "-1", "OUT.bmp"}, "(0..991)"},
+        Case{"SpritePastTheEnd", {"sprite", "STYLE", "1816", "OUT.bmp"}, "(0..1815)"},
+        Case{"DeltaOfNoSprite", {"delta", "STYLE", "1816", "0", "OUT.bmp"}, "(0..1815)"},
+        Case{"SpritePalette",
+             {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "192"},
+             "--pal 192 is out of range (-1..191)"},
+        Case{"PaletteBelowOwn", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "-2"}, "(-1..191)"},
+        Case{"ImportSpritePalette",
+             {"import-sprite", "STYLE", "3", "P.bmp", "OUT.sty", "--pal", "192"},
+             "palette 192 is out of range (-1..191)"},
+        Case{"SpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
+        Case{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
+        Case{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
+        Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"},
+        Case{"FontPastTheLast", {"text", "STYLE", "x", "OUT.png", "--font", "8"}, "--font 8 is out of range"},
+        Case{"CarNoSuchModel", {"car", "STYLE", "200"}, "has no car record of model 200"},
+        Case{"CarWidth", {"car", "STYLE", "3", "--set", "width=129", "OUT.sty"}, "(0..128)"},
+        Case{"CarSixDoors",
+             {"car", "STYLE", "3", "--set", "door_positions=1:1 1:1 1:1 1:1 1:1 1:1", "OUT.sty"},
+             "at most 5"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // One row for each way a load fails; the document's own tests hold the many files behind each.
@@ -165,10 +171,12 @@ class CliUnwritableOutput : public ::testing::TestWithParam<std::vector<std::str
 
 TEST_P(CliUnwritableOutput, NamesTheOutput) {
     ombrevale::testsupport::TempDir dir;
-    const std::string missing = dir.File("no-such-folder/out");
+    // Under a file, where no folder can be made either.
+    sw::WriteFile(dir.File("a-file"), sw::Text("x"));
+    const std::string out = dir.File("a-file/out");
     std::vector<std::string> args = GetParam();
-    for (auto& a : args) a = a == "STYLE" ? kSample : a == "OUT" ? missing : a;
-    ExpectOneLineAbout(RunCli(args), missing, "", dir, 0);
+    for (auto& a : args) a = a == "STYLE" ? kSample : a == "OUT" ? out : a;
+    ExpectOneLineAbout(RunCli(args), args[0] == "export" ? out + "/tiles" : out, "", dir, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, CliUnwritableOutput,
@@ -176,6 +184,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, CliUnwritableOutput,
                                            std::vector<std::string>{"sprite", "STYLE", "0", "OUT", "--pal", "3"},
                                            std::vector<std::string>{"delta", "STYLE", "0", "0", "OUT"},
                                            std::vector<std::string>{"sheet", "STYLE", "OUT"},
-                                           std::vector<std::string>{"save", "STYLE", "OUT"}));
+                                           std::vector<std::string>{"save", "STYLE", "OUT"},
+                                           std::vector<std::string>{"export", "STYLE", "OUT"}));
 
 }  // namespace
