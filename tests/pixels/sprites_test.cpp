@@ -83,14 +83,19 @@ TEST_F(Scene, ShortBitsWriteTheBottomRowsOnly) {
     ASSERT_TRUE(doc.SetBits(0, {}));
 }
 
-// Rows that pass the end of the store come back short and are cut on write.
-TEST_F(Scene, RowsPastTheStoreEndAreShortNeverWritten) {
+// Rows that pass the end of the store come back short and are cut on write;
+// a damaged record may put a sprite before the store's start too.
+TEST_F(Scene, RowsPastTheStoreEndsAreShortNeverWritten) {
     doc.STYSpriteIndex.push_back({47 * 256 + 250, 12, 3, 0});
+    doc.STYSpriteIndex.push_back({INT32_MIN, 12, 3, 0});
     const ByteString bits = doc.GetBits(9);
     EXPECT_EQ(bits.size(), 6u);
     const std::size_t size = doc.STYSpriteData.size();
     ASSERT_TRUE(doc.SetBits(9, ByteString(36, 1)));
     EXPECT_EQ(doc.STYSpriteData.size(), size);
+    const ByteString store = doc.STYSpriteData;
+    ASSERT_TRUE(doc.SetBits(10, ByteString(36, 1)));
+    EXPECT_EQ(doc.STYSpriteData, store);
 }
 
 }  // namespace

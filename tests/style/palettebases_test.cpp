@@ -37,7 +37,6 @@ constexpr auto kNone = std::nullopt;
 INSTANTIATE_TEST_SUITE_P(Table, PaletteBases,
                          ::testing::Values(Lookup{"Tile", 3, 2, pb::TilePalette, 2, 12},
                                            Lookup{"TilePastTable", 3, 2, pb::TilePalette, 7, kNone},
-                                           Lookup{"TileNegative", 3, 2, pb::TilePalette, -1, kNone},
                                            Lookup{"Sprite", 3, 2, pb::SpritePalette, 1, 21},
                                            Lookup{"SpritePastTable", 3, 2, pb::SpritePalette, 4, kNone},
                                            Lookup{"Remap", 3, 2, pb::RemapPalette, 0, 30},

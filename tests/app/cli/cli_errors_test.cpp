@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 
 #include <QRegularExpression>
+#include <QSet>
 
 #include <filesystem>
 
@@ -38,27 +39,19 @@ TEST_P(CliUsage, ExitsTwoWithTheUsageAndWritesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     Words, CliUsage,
-    ::testing::Values(
-        Case{"NoCommand", {}}, Case{"UnknownCommand", {"show", "STYLE"}}, Case{"SaveWithoutOut", {"save", "STYLE"}},
-        Case{"NumberNotDecimal", {"tile", "STYLE", "0x10", "OUT.bmp"}},
-        Case{"TileTakesNoPal", {"tile", "STYLE", "1", "OUT.bmp", "--pal", "2"}},
-        Case{"PalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
-        Case{"DeltaMissingNumber", {"delta", "STYLE", "1", "OUT.bmp"}},
-        Case{"ExportUnknownOption", {"export", "STYLE", "OUTDIR", "--jpeg"}},
-        Case{"ColumnsNotANumber", {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
-        Case{"SheetTakesNoPng", {"sheet", "STYLE", "OUT.png", "--png"}},
-        Case{"SpriteTakesNoColumns", {"sprite", "STYLE", "1", "OUT.bmp", "--columns", "3"}},
-        Case{"ImportPaletteTakesNoColumns", {"import-palette", "STYLE", "1", "P.pal", "OUT", "--columns", "3"}},
-        Case{"ImportSpriteTakesNoPng", {"import-sprite", "STYLE", "1", "P", "OUT", "--png"}},
-        Case{"ImportSpriteTakesNoTransparent", {"import-sprite", "STYLE", "1", "P", "OUT", "--transparent"}},
-        Case{"ImportDeltaTakesNoColumns", {"import-delta", "STYLE", "1", "0", "P", "OUT", "--columns", "3"}},
-        Case{"CarSetWithoutOut", {"car", "STYLE", "3", "--set", "width=3"}},
-        Case{"CarNoSuchField", {"car", "STYLE", "3", "--set", "colour=3", "OUT.sty"}}),
+    ::testing::Values(Case{"NoCommand", {}}, Case{"UnknownCommand", {"show", "STYLE"}},
+                      Case{"SaveWithoutOut", {"save", "STYLE"}},
+                      Case{"NumberNotDecimal", {"tile", "STYLE", "0x10", "OUT.bmp"}},
+                      Case{"PalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
+                      Case{"ColumnsNotANumber", {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
+                      Case{"CarSetWithoutOut", {"car", "STYLE", "3", "--set", "width=3"}},
+                      Case{"CarNoSuchField", {"car", "STYLE", "3", "--set", "colour=3", "OUT.sty"}}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // The usage after wrong words fits a terminal of 80 columns, each line holding
-// whole commands, and names every command --help lists, in its order.
-TEST(CliUsageText, FitsEightyColumnsWithEveryCommandWhole) {
+// whole commands, and names every command --help lists, in its order; each
+// command refuses every option its usage leaves out.
+TEST(CliUsageText, FitsEightyColumnsAndNamesEachCommandsOptions) {
     const auto lines = RunCli({}).ErrLines();
     std::vector<std::string> named;
     for (std::size_t i = 1; i < lines.size(); ++i) {
@@ -71,8 +64,19 @@ TEST(CliUsageText, FitsEightyColumnsWithEveryCommandWhole) {
     for (const QString& l : QString::fromStdString(RunCli({"--help"}).out).split('\n'))
         if (l.size() > 2 && l.startsWith("  ") && l[2].isLower() && !l.startsWith("  help "))
             listed.push_back(l.mid(2).toStdString());
-    EXPECT_FALSE(listed.empty());
     EXPECT_EQ(named, listed);
+    QSet<QString> options;
+    for (const auto& usage : listed)
+        for (auto m = QRegularExpression("--[a-z-]+").globalMatch(QString::fromStdString(usage)); m.hasNext();)
+            options.insert(m.next().captured());
+    EXPECT_EQ(options.size(), 10);
+    for (const auto& usage : listed)
+        for (const QString& option : options) {
+            const std::string command = usage.substr(0, usage.find(' ')), o = option.toStdString();
+            if (usage.find(o + ' ') != std::string::npos || usage.find(o + ']') != std::string::npos) continue;
+            const std::string err = RunCli({command, o}).err;
+            EXPECT_NE(err.find("option " + o + " is not one of " + command + "'s"), std::string::npos) << err;
+        }
 }
 
 // One line that starts with the file it is about, exit 1, no other file made.
@@ -101,22 +105,28 @@ TEST_P(CliOutOfRange, NamesTheValidRange) {
 
 INSTANTIATE_TEST_SUITE_P(
     Numbers, CliOutOfRange,
-    ::testing::Values(Case{"TilePastTheEnd", {"tile", "STYLE", "992", "OUT.bmp"}, "tile 992 is out of range (0..991)"},
-                      Case{"TileNegative", {"tile", "STYLE", "-1", "OUT.bmp"}, "(0..991)"},
-                      Case{"SpritePastTheEnd", {"sprite", "STYLE", "1816", "OUT.bmp"}, "(0..1815)"},
-                      Case{"SpritePalette",
-                           {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "192"},
-                           "--pal 192 is out of range (-1..191)"},
-                      Case{"PaletteBelowOwn", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "-2"}, "(-1..191)"},
-                      Case{"SpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
-                      Case{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
-                      Case{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
-                      Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"},
-                      Case{"CarNoSuchModel", {"car", "STYLE", "200"}, "has no car record of model 200"},
-                      Case{"CarWidth", {"car", "STYLE", "3", "--set", "width=129", "OUT.sty"}, "(0..128)"},
-                      Case{"CarSixDoors",
-                           {"car", "STYLE", "3", "--set", "door_positions=1:1 1:1 1:1 1:1 1:1 1:1", "OUT.sty"},
-                           "at most 5"}),
+    ::testing::Values(
+        Case{"TilePastTheEnd", {"tile", "STYLE", "992", "OUT.bmp"}, "tile 992 is out of range (0..991)"},
+        Case{"TileNegative", {"tile", "STYLE", "-1", "OUT.bmp"}, "(0..991)"},
+        Case{"SpritePastTheEnd", {"sprite", "STYLE", "1816", "OUT.bmp"}, "(0..1815)"},
+        Case{"DeltaOfNoSprite", {"delta", "STYLE", "1816", "0", "OUT.bmp"}, "(0..1815)"},
+        Case{"SpritePalette",
+             {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "192"},
+             "--pal 192 is out of range (-1..191)"},
+        Case{"PaletteBelowOwn", {"sprite", "STYLE", "3", "OUT.bmp", "--pal", "-2"}, "(-1..191)"},
+        Case{"ImportSpritePalette",
+             {"import-sprite", "STYLE", "3", "P.bmp", "OUT.sty", "--pal", "192"},
+             "palette 192 is out of range (-1..191)"},
+        Case{"SpriteWithoutDeltas", {"delta", "STYLE", "47", "0", "OUT.bmp"}, "has no deltas"},
+        Case{"DeltaNumber", {"delta", "STYLE", "0", "15", "OUT.bmp"}, "delta 15 is out of range (0..14)"},
+        Case{"ImportPaletteNumber", {"import-palette", "STYLE", "192", "PAL", "OUT.sty"}, "(0..191)"},
+        Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"},
+        Case{"FontPastTheLast", {"text", "STYLE", "x", "OUT.png", "--font", "8"}, "--font 8 is out of range"},
+        Case{"CarNoSuchModel", {"car", "STYLE", "200"}, "has no car record of model 200"},
+        Case{"CarWidth", {"car", "STYLE", "3", "--set", "width=129", "OUT.sty"}, "(0..128)"},
+        Case{"CarSixDoors",
+             {"car", "STYLE", "3", "--set", "door_positions=1:1 1:1 1:1 1:1 1:1 1:1", "OUT.sty"},
+             "at most 5"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // One row for each way a load fails; the document's own tests hold the many files behind each.
@@ -165,10 +175,12 @@ class CliUnwritableOutput : public ::testing::TestWithParam<std::vector<std::str
 
 TEST_P(CliUnwritableOutput, NamesTheOutput) {
     ombrevale::testsupport::TempDir dir;
-    const std::string missing = dir.File("no-such-folder/out");
+    // Under a file, where no folder can be made either.
+    sw::WriteFile(dir.File("a-file"), sw::Text("x"));
+    const std::string out = dir.File("a-file/out");
     std::vector<std::string> args = GetParam();
-    for (auto& a : args) a = a == "STYLE" ? kSample : a == "OUT" ? missing : a;
-    ExpectOneLineAbout(RunCli(args), missing, "", dir, 0);
+    for (auto& a : args) a = a == "STYLE" ? kSample : a == "OUT" ? out : a;
+    ExpectOneLineAbout(RunCli(args), args[0] == "export" ? out + "/tiles" : out, "", dir, 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(Commands, CliUnwritableOutput,
@@ -176,6 +188,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, CliUnwritableOutput,
                                            std::vector<std::string>{"sprite", "STYLE", "0", "OUT", "--pal", "3"},
                                            std::vector<std::string>{"delta", "STYLE", "0", "0", "OUT"},
                                            std::vector<std::string>{"sheet", "STYLE", "OUT"},
-                                           std::vector<std::string>{"save", "STYLE", "OUT"}));
+                                           std::vector<std::string>{"save", "STYLE", "OUT"},
+                                           std::vector<std::string>{"export", "STYLE", "OUT"}));
 
 }  // namespace
