@@ -81,4 +81,13 @@ bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::i
     return WriteFromStart(sFile, file);
 }
 
+ByteString ReverseString(const ByteString& s) { return ByteString(s.rbegin(), s.rend()); }
+
+std::int16_t ByteStringValue(const ByteString& s) {
+    // Highest byte first, as the hexadecimal text would read; two bytes wrap to signed.
+    std::uint32_t value = 0;
+    for (const std::uint8_t b : ReverseString(s)) value = (value << 8) | b;
+    return static_cast<std::int16_t>(value & 0xFFFF);
+}
+
 }  // namespace modBMP

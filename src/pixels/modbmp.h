@@ -20,4 +20,9 @@ inline constexpr std::int32_t kHeadBytes = 1078;
 bool WriteBMP(const std::string& sFile, std::int32_t lW, std::int32_t lH, std::int16_t iPal,
               std::span<const std::uint8_t> sBits);
 
+ByteString ReverseString(const ByteString& s);
+
+// A little-endian number of up to two bytes, read as signed 16 bits when it has two.
+std::int16_t ByteStringValue(const ByteString& s);
+
 }  // namespace modBMP

@@ -1,8 +1,9 @@
 // Every byte of the BMP files, against the file format's table and the
-// pixel formulas.
+// pixel formulas, and the two byte-string helpers.
 
 #include <gtest/gtest.h>
 
+#include "pixels/modbmp.h"
 #include "scene.h"
 
 namespace ombrevale::pixeltest {
@@ -84,6 +85,22 @@ TEST_F(Scene, OnlyTilesLeaveTheTailOfALongerFile) {
     EXPECT_EQ(ombrevale::stylewriter::ReadFile(File("s.bmp")).size(), 1078u + 320);
     EXPECT_EQ(ombrevale::stylewriter::ReadFile(File("d.bmp")).size(), 1078u + 320);
 }
+
+struct ValueCase {
+    Bytes bytes;
+    std::int16_t expected;
+};
+
+class ByteStringValue : public ::testing::TestWithParam<ValueCase> {};
+
+TEST_P(ByteStringValue, ReadsLittleEndianSigned) {
+    EXPECT_EQ(modBMP::ByteStringValue(GetParam().bytes), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, ByteStringValue,
+                         ::testing::Values(ValueCase{{0x34, 0x12}, 0x1234}, ValueCase{{0x05, 0x00}, 5},
+                                           ValueCase{{0x00, 0x80}, -32768}, ValueCase{{0xFF, 0xFF}, -1},
+                                           ValueCase{{0x2A}, 42}, ValueCase{{0xFF}, 255}, ValueCase{{}, 0}));
 
 }  // namespace
 }  // namespace ombrevale::pixeltest
