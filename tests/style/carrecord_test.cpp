@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
         ValueCase{"wreck", "99", &CarRecord::wreck, 99, ""},
         ValueCase{"rating", "-1", nullptr, 0, "does not fit its byte"},
         ValueCase{"front_wheel_offset", "-128", &CarRecord::frontWheelOffset, 128, ""},
-        ValueCase{"rear_wheel_offset", "253", &CarRecord::rearWheelOffset, 253, ""},
+        ValueCase{"rear_wheel_offset", "255", &CarRecord::rearWheelOffset, 255, ""},
         ValueCase{"front_window_offset", "-3", &CarRecord::frontWindowOffset, 253, ""},
         ValueCase{"rear_window_offset", "256", nullptr, 0, "signed byte"},
         ValueCase{"rear_window_offset", "-129", nullptr, 0, "signed byte"},
