@@ -4,6 +4,7 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include "activewindow.h"
 #include "style/carrecord.h"
 #include "style/moddeclares.h"
 #include "support/tempdir.h"
@@ -33,12 +34,7 @@ class CarRecordTest : public QObject {
     std::unique_ptr<frmSTY2> w_;
     int runs_ = 0;
     frmSTY2& W() { return *w_; }
-    // The window's keys reach it while it is the active window, as on a desktop.
-    void Show() {
-        W().show();
-        W().activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&W()));
-    }
+    void Show() { QVERIFY(ombrevale::wbtest::ShowActive(W())); }
     CarRecordPanel* Panel() { return W().findChild<CarRecordPanel*>(); }
     QString TableWidth() { return W().lstInfo->topLevelItem(1)->text(1); }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "activewindow.h"
 #include "style/fonts.h"
 #include "style/moddeclares.h"
 #include "style/surfaces.h"
@@ -121,12 +122,7 @@ class PanesTest : public QObject {
     int Click(const char* key) {
         return Says([&] { W().tlbMain_ButtonClick(QString::fromLatin1(key)); });
     }
-    // The window's keys reach it while it is the active window, as on a desktop.
-    void Show() {
-        W().show();
-        W().activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&W()));
-    }
+    void Show() { QVERIFY(ombrevale::wbtest::ShowActive(W())); }
     void Ctrl(QWidget* on, Qt::Key key) {
         Show();
         QTest::keyClick(on, key, Qt::ControlModifier);
@@ -957,9 +953,7 @@ private slots:
         ombrevale::wbtest::WriteStyle(dir_.File("big.sty"), 1000);
         frmSTY2 big{dir_.File("big.sty")};
         reply_ = QStringLiteral("995");
-        big.show();
-        big.activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(&big));
+        QVERIFY(ombrevale::wbtest::ShowActive(big));
         ombrevale::testsupport::HookRecorder hooks;
         QTest::keyClick(big.picMain, Qt::Key_G, Qt::ControlModifier);
         QCOMPARE(prompt_, QStringLiteral("Go to tile (0 to 991):"));
