@@ -8,6 +8,7 @@
 #include <iostream>
 #include <string>
 
+#include "mapwriter/mapwriter.h"
 #include "stylewriter/stylewriter.h"
 
 namespace fs = std::filesystem;
@@ -75,6 +76,29 @@ ombrevale::stylewriter::StyleBytes Compact(const ombrevale::stylewriter::FullSty
     return s;
 }
 
+// A few columns in each compressed grid, with every other chunk beside them.
+void WriteMaps(const fs::path& dir) {
+    using namespace ombrevale::mapwriter;
+    fs::create_directories(dir);
+    Grid g;
+    for (int z = 0; z < 4; ++z) g.at(1, 2, z) = {Side(10 + z), Side(20), 0, Side(30, true, true), Lid(40 + z, z % 4, z == 3, z == 2, z), 0x21, Slope(z % 4, z * 15)};
+    g.at(255, 255, 0).lid = Lid(1023);
+    const auto others = [](MapBytes& m) {
+        m.Add("ZONE", ZonePayload({{2, 1, 2, 3, 4, "lights1"}, {0, 0, 0, 255, 255, "everywhere"}}))
+            .Add("LGHT", LightPayload({{0xFF808080u, 128, 256, 384, 512, 1, 2, 3, 4}}))
+            .Add("ANIM", AnimPayload({{40, 2, 0, {40, 41, 42}}}))
+            .Add("MOBJ", ObjectPayload({{100, 200, 3, 4}}))
+            .Add("EDIT", Bytes(16, 7));
+    };
+    MapBytes dmap, cmap;
+    dmap.Add("DMAP", DmapPayload(g));
+    others(dmap);
+    cmap.Add("CMAP", CmapPayload(g));
+    others(cmap);
+    ombrevale::stylewriter::WriteFile((dir / "dmap.gmp").string(), dmap.bytes());
+    ombrevale::stylewriter::WriteFile((dir / "cmap.gmp").string(), cmap.bytes());
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -83,11 +107,12 @@ int main(int argc, char** argv) {
         return 2;
     }
     const fs::path out = argv[1];
-    for (const char* d : {"loadsty", "importpalette", "regfile", "picture", "exportnames"})
+    for (const char* d : {"loadsty", "importpalette", "regfile", "picture", "exportnames", "mapread"})
         fs::create_directories(out / d);
 
     const auto full = ombrevale::stylewriter::MakeFullStyle();
     ombrevale::stylewriter::WriteFile((out / "loadsty/full.sty").string(), full.file.bytes());
+    WriteMaps(out / "mapread");
     ombrevale::stylewriter::WriteFile((out / "loadsty/scrambled.sty").string(),
                                       ombrevale::stylewriter::MakeScrambledStyle(full).bytes());
     ombrevale::stylewriter::WriteFile((out / "loadsty/compact.sty").string(), Compact(full, false).bytes());

@@ -1,4 +1,5 @@
 #include "workbench/frmsty2.h"
+#include "workbench/mapsheet.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -276,7 +277,14 @@ void frmSTY2::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
     // The drop's own event run ends first: Open's messages and progress window must not run inside it.
     QMetaObject::invokeMethod(
-        this, [this, file = urls[0].toLocalFile()] { OpenStyle(file); }, Qt::QueuedConnection);
+        this,
+        [this, file = urls[0].toLocalFile()] {
+            if (file.endsWith(QLatin1String(".gmp"), Qt::CaseInsensitive))
+                mapSheet_->Open(file);
+            else
+                OpenStyle(file);
+        },
+        Qt::QueuedConnection);
 }
 
 bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {

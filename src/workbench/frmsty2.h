@@ -35,6 +35,7 @@ class FontChoice;
 class GoToFind;
 class KeptCopy;
 class KeptEditsView;
+class MapSheet;
 class PaletteUsageWindow;
 class StyleEdits;
 class SurfaceView;
@@ -134,6 +135,8 @@ public:
     ombrevale::workbench::SurfaceView* Surfaces() const { return surfaces_; }
     ombrevale::workbench::PaletteUsageWindow* PaletteUsage() const { return usage_; }
     ombrevale::workbench::AllRemapsWindow* AllRemaps() const { return allRemaps_; }
+    // Open map, the map window and the tiles' use on the map (mapsheet.h).
+    ombrevale::workbench::MapSheet* Map() const { return mapSheet_; }
     // The surface types tinted over the sheet, read afresh from the style.
     void ShowSurfaces(bool on);
     // The keys of the window and its views, as F1 shows them.
@@ -243,6 +246,7 @@ private:
     void WireViewKeys();
     // The added windows follow the document: after every load they show it.
     void FollowDocument();
+    void WireMap();
 
     std::unique_ptr<clsSTY> oSty;
     std::optional<std::string> commandLinePath_;
@@ -266,6 +270,7 @@ private:
     ombrevale::workbench::PaletteUsageWindow* usage_ = nullptr;
     ombrevale::workbench::AllRemapsWindow* allRemaps_ = nullptr;
     ombrevale::workbench::GoToFind* goToFind_ = nullptr;
+    ombrevale::workbench::MapSheet* mapSheet_ = nullptr;
     // Go to and the surface tint, offered by the sheet's menu.
     QList<QAction*> sheetViews_;
 };

@@ -18,6 +18,7 @@
 #include "style/moddeclares.h"
 #include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
+#include "workbench/mapsheet.h"
 #include "workbench/keptcopy.h"
 #include "workbench/keptview.h"
 #include "workbench/panes_dialogs.h"
@@ -100,6 +101,7 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
     }
     sSelKind = kind0;
     iSelNum = num0;
+    if (mapSheet_) mapSheet_->Edited(kind, number);
 }
 
 void frmSTY2::RedrawTile(std::int32_t t) {

@@ -13,6 +13,7 @@
 #include "style/moddeclares.h"
 #include "style/palettebases.h"
 #include "workbench/frmsty2.h"
+#include "workbench/mapsheet.h"
 #include "workbench/gotofind.h"
 #include "workbench/keycodes.h"
 #include "workbench/picturebox.h"
@@ -132,6 +133,7 @@ void frmSTY2::RenderSheet() {
     SetBusy(false);
     // A reload may bring other lists and another number of tiles.
     if (surfaces_->Shown()) ShowSurfaces(true);
+    if (mapSheet_) mapSheet_->SheetDrawn();
     modControlWin::FindEditorList();
 }
 

@@ -8,6 +8,7 @@
 #include <QMenu>
 #include <QScrollBar>
 #include <QTabWidget>
+#include <QToolButton>
 
 #include "pixels/paletteusage.h"
 #include "style/carrecord.h"
@@ -18,6 +19,7 @@
 #include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
 #include "workbench/gotofind.h"
+#include "workbench/mapsheet.h"
 #include "workbench/paletteusagewindow.h"
 #include "workbench/picturebox.h"
 #include "workbench/sheetgeometry.h"
@@ -128,6 +130,26 @@ void frmSTY2::WireViews() {
                               }},
                              this);
     WireViewKeys();
+    WireMap();
+}
+
+void frmSTY2::WireMap() {
+    MapSheet::Host host;
+    host.style = [this]() -> const clsSTY& { return Sty(); };
+    host.goToTile = [this](int t) { GoToTile(t); };
+    host.cols = [this] { return Cols(); };
+    host.surfaceTypes = [this] { return ombrevale::surfaces::ReadSurfaces(Sty().STYSurfaceSpec, Sty().GetNumOfTiles()).type; };
+    host.tell = [](const QString& text) { MsgBox(text.toStdString(), "Ombrevale", MsgIcon::Exclamation); };
+    host.surfaceTip = [this](int x, int y) { return surfaces_->Shown() ? surfaces_->CellTip(x, y) : QString(); };
+    mapSheet_ = new MapSheet(std::move(host), this, picMain);
+    // The tool bar's Open holds Open map in its menu, as Import holds Import folder.
+    if (auto* button = qobject_cast<QToolButton*>(actions_.open->associatedObjects().value(0))) {
+        auto* menu = new QMenu(button);
+        menu->addAction(QStringLiteral("Open style..."), actions_.open, &QAction::trigger);
+        menu->addAction(mapSheet_->OpenAction());
+        button->setMenu(menu);
+        button->setPopupMode(QToolButton::DelayedPopup);
+    }
 }
 
 void frmSTY2::WireViewKeys() {
@@ -176,6 +198,8 @@ void frmSTY2::SheetMenu(const QPoint& at) {
         menu.addSeparator();
     }
     menu.addActions(sheetViews_);
+    menu.addSeparator();
+    menu.addActions(mapSheet_->SheetActions(sSelKind == "t" ? picMain->Tag.toInt() : -1));
     menu.exec(picMain->mapToGlobal(at));
 }
 
@@ -191,6 +215,7 @@ void frmSTY2::ShowSurfaces(bool on) {
 void frmSTY2::FollowDocument() {
     usage_->Follow();
     allRemaps_->Follow();
+    if (mapSheet_) mapSheet_->StyleLoaded();
 }
 
 QString frmSTY2::KeysText() const {
@@ -216,6 +241,12 @@ QString frmSTY2::KeysText() const {
     row(QStringLiteral("Up, Down"), QStringLiteral("scroll the tile sheet a row"));
     row(QStringLiteral("PgUp, PgDown"), QStringLiteral("scroll the tile sheet a page"));
     row(QStringLiteral("Ctrl+wheel"), QStringLiteral("zoom the sprite or the font text"));
+    add(mapSheet_->OpenAction(), QStringLiteral("Open map..."));
+    add(mapSheet_->UsageAction(), QStringLiteral("grey the tiles the map does not use (Tiles page)"));
+    row(QStringLiteral("Map window"), QStringLiteral("L light, Z zones, A arrows, G grid, T surface types; "
+                                                     "+ and - or Ctrl+wheel zoom, Ctrl+0 fit; PgUp, PgDown the "
+                                                     "level cut; F3, Shift+F3 next and previous found; middle "
+                                                     "drag scrolls"));
     row(QStringLiteral("Esc"), QStringLiteral("close the window"));
     return QStringLiteral("<table cellspacing=\"0\" cellpadding=\"2\">%1</table>").arg(rows);
 }

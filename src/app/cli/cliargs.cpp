@@ -18,6 +18,8 @@ struct Shape {
     bool skipRefused = false;
     bool set = false;
     bool newPalette = false;
+    bool style = false;    // --style STYLE
+    bool mapDraw = false;  // --area, --level, --scale, --shade, --zones, --arrows
 };
 
 struct Command {
@@ -88,6 +90,16 @@ const std::vector<Command>& Commands() {
          "STYLE TEXT OUT.png [--font N]",
          "sets TEXT in the font sprites as the Font page does: sprite 1366 for \"!\", or the style's font N",
          {3, false, false, false, false, false, {}, 0, false, true}},
+        {"map-info",
+         "MAP [--style STYLE]",
+         "prints a GTA2 map's blocks, tile counts, zones and chunks as one JSON object; with --style, also the "
+         "style's tiles the map never uses",
+         {.words = 1, .style = true}},
+        {"map",
+         "STYLE MAP OUT.png [--area X,Y,W,H] [--level Z] [--scale N] [--shade] [--zones] [--arrows]",
+         "draws the map from above with the style's tiles, N pixels a block (16 for the whole map, 64 for an "
+         "area), the levels up to Z",
+         {.words = 3, .mapDraw = true}},
         {"recover",
          "[STYLE OUT] [--discard STYLE]",
          "lists the unsaved edits the window keeps, writes STYLE's edited document as OUT, or drops it",
@@ -185,6 +197,22 @@ Args ParseArgs(const std::vector<std::string>& argv) {
         } else if (a == "--set" && shape.set) {
             if (i + 1 >= argv.size()) throw UsageError("--set needs FIELD=VALUE");
             args.sets.push_back(argv[++i]);
+        } else if (a == "--style" && shape.style && !args.style) {
+            if (i + 1 >= argv.size()) throw UsageError("--style needs a style file");
+            args.style = argv[++i];
+        } else if (a == "--area" && shape.mapDraw && !args.area) {
+            if (i + 1 >= argv.size()) throw UsageError("--area needs X,Y,W,H");
+            args.area = argv[++i];
+        } else if (a == "--level" && shape.mapDraw && !args.level) {
+            args.level = ParseNumber(value(a), "--level");
+        } else if (a == "--scale" && shape.mapDraw && !args.scale) {
+            args.scale = ParseNumber(value(a), "--scale");
+        } else if (a == "--shade" && shape.mapDraw && !args.shade) {
+            args.shade = true;
+        } else if (a == "--zones" && shape.mapDraw && !args.zones) {
+            args.zones = true;
+        } else if (a == "--arrows" && shape.mapDraw && !args.arrows) {
+            args.arrows = true;
         } else if (a == "--discard" && shape.discard && !args.discard) {
             args.discard = true;
         } else if (a.size() > 1 && a[0] == '-' && !(a[1] >= '0' && a[1] <= '9')) {

@@ -26,6 +26,12 @@ struct Args {
     std::optional<std::int64_t> font;
     // FIELD=VALUE, in the order given.
     std::vector<std::string> sets;
+    // The map commands: the style a map-info counts against, and how map draws.
+    std::optional<std::string> style;
+    std::optional<std::string> area;
+    std::optional<std::int64_t> level;
+    std::optional<std::int64_t> scale;
+    bool shade = false, zones = false, arrows = false;
 };
 
 // --pal as the document takes it: -1 for the sprite's own palette.

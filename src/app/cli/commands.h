@@ -32,6 +32,8 @@ int RunSheet(const Args& args);
 int RunRecover(const Args& args);
 int RunText(const Args& args);
 int RunImportFolder(const Args& args);
+int RunMapInfo(const Args& args);
+int RunMap(const Args& args);
 
 // A car record as info and car print it.
 QJsonObject CarJson(const modDeclares::CarRecord& r);

@@ -40,6 +40,8 @@ int main(int argc, char** argv) {
             {"recover", RunRecover},
             {"text", RunText},
             {"import", RunImportFolder},
+            {"map-info", RunMapInfo},
+            {"map", RunMap},
         };
         return run.at(args.command)(args);
     } catch (const UsageError& e) {

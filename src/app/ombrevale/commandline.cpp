@@ -12,8 +12,10 @@ namespace {
 void PrintHelp() {
     std::puts(
         "usage: ombrevale [STYLE]\n"
+        "       ombrevale --map MAP [STYLE]\n"
         "Shows a GTA2 style file (GBST): its tiles, sprites, deltas, palettes and font.\n"
         "Without STYLE, the style the GTA2 editor's registry setting names is loaded.\n"
+        "With --map, the GTA2 map MAP (.gmp) opens beside it, drawn with the style's tiles.\n"
         "\n"
         "  -h, --help   this text\n"
         "  --version    the version\n"
@@ -21,7 +23,8 @@ void PrintHelp() {
         "\n"
         "Keys: Ctrl+T surface types and Ctrl+G go to a tile (Tiles page), Ctrl+F find\n"
         "a sprite and Ctrl+R all remaps of a car (Sprites page), Ctrl+U palette usage\n"
-        "(Palettes page), Ctrl+wheel zoom of the sprite picture and the font text.\n");
+        "(Palettes page), Ctrl+wheel zoom of the sprite picture and the font text,\n"
+        "Ctrl+M open a map, Ctrl+Shift+M grey the tiles the map does not use.\n");
 #if !defined(_WIN32)
     // Where the helper is looked for depends on where this program lies, so say it.
     std::printf(

@@ -13,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -33,6 +34,7 @@
 #include "style/hooks.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
+#include "workbench/mapsheet.h"
 #include "workbench/picturebox.h"
 #include "workbench/workfolder.h"
 
@@ -224,8 +226,15 @@ int main(int argc, char* argv[]) {
     fonts.Join();
     modGTA2::InstallAsDocumentHooks();
     std::optional<std::string> style;
+    QString mapFile;
     // Named from the folder the user started in, before the working folder becomes the current one.
-    if (argc > 1) style = QFileInfo(QString::fromLocal8Bit(argv[1])).absoluteFilePath().toStdString();
+    const auto absolute = [](const char* arg) { return QFileInfo(QString::fromLocal8Bit(arg)).absoluteFilePath(); };
+    int first = 1;
+    if (argc > 2 && std::string_view(argv[1]) == "--map") {
+        mapFile = absolute(argv[2]);
+        first = 3;
+    }
+    if (argc > first) style = absolute(argv[first]).toStdString();
     const ombrevale::workbench::WorkFolder work;
     frmSTY2* shown = nullptr;
 #if defined(Q_OS_UNIX)
@@ -254,6 +263,8 @@ int main(int argc, char* argv[]) {
     }
     const LinkAfterFirstPaint link(window.picMain);
     window.show();
+    if (!mapFile.isEmpty())
+        QTimer::singleShot(0, &window, [&window, mapFile] { window.Map()->Open(mapFile); });
     const int code = app.exec();
     shown = nullptr;
     return code;
