@@ -34,6 +34,11 @@ void MapCanvas::SetMap(const map::Map* m, mapdraw::TilePyramid* tiles) {
     Fit();
 }
 
+void MapCanvas::SetTiles(mapdraw::TilePyramid* tiles) {
+    tiles_ = tiles;
+    viewport()->update();
+}
+
 void MapCanvas::SetLayers(const Layers& layers) {
     layers_ = layers;
     options_.shade = layers.shade;
@@ -70,7 +75,7 @@ void MapCanvas::UpdateBars() {
     const QSize s = viewport()->size();
     for (auto [bar, room] : {std::pair{horizontalScrollBar(), s.width()}, std::pair{verticalScrollBar(), s.height()}}) {
         const QSignalBlocker quiet(bar);
-        bar->setRange(0, std::max(0, static_cast<int>(std::ceil(side)) - room));
+        bar->setRange(0, std::max(0, static_cast<int>(std::lround(side)) - room));
         bar->setPageStep(room);
         bar->setSingleStep(std::max(8, static_cast<int>(view_.blockPx)));
     }

@@ -33,6 +33,8 @@ public:
     explicit MapCanvas(QWidget* parent = nullptr);
     // Nothing shown: a null map.
     void SetMap(const map::Map* m, mapdraw::TilePyramid* tiles);
+    // Another style's pictures for the same map: the view stays where it is.
+    void SetTiles(mapdraw::TilePyramid* tiles);
     void SetLayers(const Layers& layers);
     const Layers& CurrentLayers() const { return layers_; }
     void SetLevelCut(int cut);

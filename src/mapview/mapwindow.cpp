@@ -101,9 +101,7 @@ bool MapWindow::Open(const QString& path) {
     setWindowTitle(QStringLiteral("Map: %1 (%2)").arg(QFileInfo(path).fileName(), QString::fromLatin1(map::SourceName(map_->source))));
     canvas_->SetMap(map_.get(), tiles_.get());
     ApplyLayers();
-    show();
-    raise();
-    activateWindow();
+    host_.present();
     emit MapOpened();
     // The first frame names the tiles the style lacks.
     QMetaObject::invokeMethod(this, [this] { TellMissingOnce(); }, Qt::QueuedConnection);
@@ -125,9 +123,10 @@ void MapWindow::ApplyLayers() {
 
 void MapWindow::StyleLoaded() {
     if (!map_) return;
-    tiles_ = std::make_unique<mapdraw::TilePyramid>(host_.style());
+    auto fresh = std::make_unique<mapdraw::TilePyramid>(host_.style());
+    canvas_->SetTiles(fresh.get());
+    tiles_ = std::move(fresh);
     missingTold_.clear();
-    canvas_->SetMap(map_.get(), tiles_.get());
     ApplyLayers();
     if (isVisible()) QMetaObject::invokeMethod(this, [this] { TellMissingOnce(); }, Qt::QueuedConnection);
 }
@@ -197,8 +196,7 @@ void MapWindow::ShowTile(int tile) {
     canvas_->SetMarked(shown_.empty() ? std::vector<std::uint8_t>{} : std::move(marked));
     found_->setText(shown_.empty() ? QStringLiteral("Tile %1 is not on the map").arg(tile)
                                    : QStringLiteral("Tile %1: %2 column(s) (F3, Shift+F3)").arg(tile).arg(shown_.size()));
-    show();
-    raise();
+    host_.present();
     if (!shown_.empty()) StepShown(1);
 }
 

@@ -38,6 +38,8 @@ public:
         std::function<std::vector<std::uint8_t>()> surfaceTypes;  // one a tile
         std::function<QColor(int type)> surfaceTint;
         std::function<void(const QString& text)> tell;  // one message box
+        // Shows the window where the desktop has room for it, and raises it.
+        std::function<void()> present;
     };
     MapWindow(Host host, QWidget* owner);
     ~MapWindow() override;

@@ -7,12 +7,14 @@
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QToolTip>
 
 #include "mapview/mapwindow.h"
 #include "style/clssty.h"
 #include "workbench/sheetgeometry.h"
 #include "workbench/surfaceoverlay.h"
+#include "workbench/toolwindow.h"
 
 namespace ombrevale::workbench {
 
@@ -55,6 +57,23 @@ private:
     int cols_ = 0;
 };
 
+namespace {
+
+// As wide as the wider side of the screen beside the main window leaves, when
+// that is wide enough for a map; else the usual size, over the main window.
+QSize RoomBeside(const QWidget* owner) {
+    constexpr QSize kUsual(900, 760);
+    constexpr int kNarrowest = 420, kGap = 8;
+    const QScreen* screen = owner->screen();
+    if (!screen) return kUsual;
+    const QRect free = screen->availableGeometry(), main = owner->frameGeometry();
+    const int frame = main.width() - owner->width();
+    const int room = std::max(free.right() - main.right(), main.left() - free.left()) - kGap - frame;
+    return QSize(room >= kNarrowest ? std::min(room, kUsual.width()) : kUsual.width(), kUsual.height());
+}
+
+}  // namespace
+
 MapSheet::MapSheet(Host host, QWidget* window, QWidget* sheet)
     : QObject(window), host_(std::move(host)), sheet_(sheet), overlay_(new UsageOverlay(sheet)) {
     mapview::MapWindow::Host mh;
@@ -63,6 +82,13 @@ MapSheet::MapSheet(Host host, QWidget* window, QWidget* sheet)
     mh.surfaceTypes = host_.surfaceTypes;
     mh.surfaceTint = SurfaceTint;
     mh.tell = host_.tell;
+    mh.present = [this, window] {
+        // Beside the main window, as the other views open, the first time it shows.
+        if (!window_->isVisible()) PlaceBeside(window_, window, RoomBeside(window));
+        window_->show();
+        window_->raise();
+        window_->activateWindow();
+    };
     window_ = new mapview::MapWindow(std::move(mh), window);
     connect(window_, &mapview::MapWindow::MapOpened, this, [this] {
         usage_->setEnabled(true);

@@ -6,12 +6,15 @@
 #include <QtWidgets>
 
 #include "editorlink/modcontrolwin.h"
+#include "mapview/mapwindow.h"
+#include "mapwriter/mapwriter.h"
 #include "settings/linkhelper.h"
 #include "standin.h"
 #include "support/tempdir.h"
 #include "teststyle.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
+#include "workbench/mapsheet.h"
 #include "workbench/picturebox.h"
 
 constexpr int kTiles = 600;
@@ -80,6 +83,23 @@ private slots:
         QVERIFY2(editor_->WaitFor("lbuttonup", from, 5000), "the stand-in logged no release");
         QCOMPARE(window_->picMain->Tag, QString::number(tile));
         QCOMPARE(editor_->Lines().at(from), QStringLiteral("setcursel %1 %1").arg(row).toStdString());
+    }
+
+    // A click on a block of the map hands its lid tile over as a click on the sheet does.
+    void mapClickHandsTheLidToEditor() {
+        namespace mw = ombrevale::mapwriter;
+        mw::Grid g;
+        g.at(10, 10, 1).lid = mw::Lid(321);
+        ombrevale::stylewriter::WriteFile(dir_.File("e2e.gmp"), mw::MapBytes().Add("DMAP", mw::DmapPayload(g)).bytes());
+        QVERIFY(window_->Map()->Open(QString::fromStdString(dir_.File("e2e.gmp"))));
+        auto* canvas = window_->Map()->Window()->Canvas();
+        canvas->ZoomTo(16, {0, 0});
+        canvas->CentreOn(10, 10);
+        const std::size_t from = editor_->Lines().size();
+        QTest::mouseClick(canvas->viewport(), Qt::LeftButton, {}, canvas->ViewportPointOf(10, 10));
+        QVERIFY2(editor_->WaitFor("lbuttonup", from, 5000), "the stand-in logged no release");
+        QCOMPARE(window_->picMain->Tag, QStringLiteral("321"));
+        QCOMPARE(editor_->Lines().at(from), std::string("setcursel 320 320"));
     }
 
     void refreshReadsTheRegistryLive() {
