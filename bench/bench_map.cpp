@@ -32,14 +32,25 @@ const mw::Bytes& CityMap() {
         const auto next = [&seed] { return seed = seed * 1103515245u + 12345u, (seed >> 16) & 0x7FFF; };
         for (int y = 0; y < mw::kSide; ++y)
             for (int x = 0; x < mw::kSide; ++x) {
-                g.at(x, y, 1) = {0, 0, 0, 0, mw::Lid(static_cast<int>(1 + next() % 200), static_cast<int>(next() % 4)), static_cast<std::uint8_t>(next() % 16), mw::Slope(1)};
+                g.at(x, y, 1) = {0,
+                                 0,
+                                 0,
+                                 0,
+                                 mw::Lid(static_cast<int>(1 + next() % 200), static_cast<int>(next() % 4)),
+                                 static_cast<std::uint8_t>(next() % 16),
+                                 mw::Slope(1)};
                 if (x % 8 < 2 || y % 8 < 2) continue;
                 const int levels = static_cast<int>(next() % 3);
                 for (int z = 2; z < 2 + levels; ++z)
-                    g.at(x, y, z) = {mw::Side(static_cast<int>(600 + next() % 150)), mw::Side(static_cast<int>(600 + next() % 150)), 0, 0,
-                                     z == 1 + levels ? mw::Lid(static_cast<int>(300 + next() % 300), 0, false, next() % 2, static_cast<int>(next() % 4))
+                    g.at(x, y, z) = {mw::Side(static_cast<int>(600 + next() % 150)),
+                                     mw::Side(static_cast<int>(600 + next() % 150)),
+                                     0,
+                                     0,
+                                     z == 1 + levels ? mw::Lid(static_cast<int>(300 + next() % 300), 0, false,
+                                                               next() % 2, static_cast<int>(next() % 4))
                                                      : std::uint16_t{0},
-                                     0, 0};
+                                     0,
+                                     0};
             }
         return mw::MapBytes().Add("DMAP", mw::DmapPayload(g)).bytes();
     }();
@@ -97,8 +108,10 @@ void BM_FrameAtZoom(benchmark::State& state) {
     double left = 128 * blockPx - kFrameW / 2.0;
     for (auto _ : state) {
         left += 7;
-        f.Draw(City(), tiles, {blockPx, blockPx * 256 <= kFrameW ? 0 : left, blockPx * 256 <= kFrameH ? 0 : 128 * blockPx - kFrameH / 2.0}, {},
-               reinterpret_cast<std::uint32_t*>(frame.bits()), kFrameW, kFrameH, kFrameW);
+        f.Draw(City(), tiles,
+               {blockPx, blockPx * 256 <= kFrameW ? 0 : left,
+                blockPx * 256 <= kFrameH ? 0 : 128 * blockPx - kFrameH / 2.0},
+               {}, reinterpret_cast<std::uint32_t*>(frame.bits()), kFrameW, kFrameH, kFrameW);
         benchmark::DoNotOptimize(frame.bits());
     }
 }

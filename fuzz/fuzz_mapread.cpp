@@ -33,7 +33,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         for (int x = 0; x < map::kSide; x += 13) {
             const map::Stack s = map::DrawnStack(m, x, y, cut);
             for (int i = 0; i < s.count; ++i)
-                if (s.z[static_cast<std::size_t>(i)] > cut || (i > 0 && s.z[static_cast<std::size_t>(i)] >= s.z[static_cast<std::size_t>(i - 1)]))
+                if (s.z[static_cast<std::size_t>(i)] > cut ||
+                    (i > 0 && s.z[static_cast<std::size_t>(i)] >= s.z[static_cast<std::size_t>(i - 1)]))
                     fuzzing::Broken("a stack out of order or above the cut");
             map::DescribeColumn(m, x, y, cut);
         }

@@ -81,7 +81,10 @@ void WriteMaps(const fs::path& dir) {
     using namespace ombrevale::mapwriter;
     fs::create_directories(dir);
     Grid g;
-    for (int z = 0; z < 4; ++z) g.at(1, 2, z) = {Side(10 + z), Side(20), 0, Side(30, true, true), Lid(40 + z, z % 4, z == 3, z == 2, z), 0x21, Slope(z % 4, z * 15)};
+    for (int z = 0; z < 4; ++z)
+        g.at(1, 2, z) = {
+            Side(10 + z),        Side(20), 0, Side(30, true, true), Lid(40 + z, z % 4, z == 3, z == 2, z), 0x21,
+            Slope(z % 4, z * 15)};
     g.at(255, 255, 0).lid = Lid(1023);
     const auto others = [](MapBytes& m) {
         m.Add("ZONE", ZonePayload({{2, 1, 2, 3, 4, "lights1"}, {0, 0, 0, 255, 255, "everywhere"}}))

@@ -6,22 +6,38 @@ namespace ombrevale::map {
 
 std::string ZoneTypeName(int type) {
     switch (type) {
-        case 0: return "general";
-        case 1: return "navigation";
-        case 2: return "traffic light";
-        case 5: return "arrow blocker";
-        case 6: return "railway station";
-        case 7: return "bus stop";
-        case 8: return "trigger";
-        case 10: return "information";
-        case 11: return "station entry";
-        case 12: return "station exit";
-        case 13: return "railway stop";
-        case 14: return "gang";
-        case 15: return "local navigation";
-        case 16: return "restart";
-        case 20: return "arrest restart";
-        default: return "type " + std::to_string(type);
+        case 0:
+            return "general";
+        case 1:
+            return "navigation";
+        case 2:
+            return "traffic light";
+        case 5:
+            return "arrow blocker";
+        case 6:
+            return "railway station";
+        case 7:
+            return "bus stop";
+        case 8:
+            return "trigger";
+        case 10:
+            return "information";
+        case 11:
+            return "station entry";
+        case 12:
+            return "station exit";
+        case 13:
+            return "railway stop";
+        case 14:
+            return "gang";
+        case 15:
+            return "local navigation";
+        case 16:
+            return "restart";
+        case 20:
+            return "arrest restart";
+        default:
+            return "type " + std::to_string(type);
     }
 }
 

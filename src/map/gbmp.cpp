@@ -14,7 +14,6 @@ struct Refusal {
     std::string text;
 };
 
-
 class ChunkReader {
 public:
     ChunkReader(std::span<const std::uint8_t> data, std::string where) : cur_(data), where_(std::move(where)) {}
@@ -194,15 +193,17 @@ std::vector<Found> SplitChunks(std::span<const std::uint8_t> bytes, const std::s
     std::size_t at = 6;
     while (at < bytes.size()) {
         if (bytes.size() - at < 8)
-            throw Refusal{name + ": the chunk head at byte " + std::to_string(at) + " is cut short by the end of the file"};
+            throw Refusal{name + ": the chunk head at byte " + std::to_string(at) +
+                          " is cut short by the end of the file"};
         const std::string type(bytes.begin() + static_cast<std::ptrdiff_t>(at),
                                bytes.begin() + static_cast<std::ptrdiff_t>(at) + 4);
-        const std::size_t size = bytes[at + 4] | bytes[at + 5] << 8 | bytes[at + 6] << 16 |
-                                 static_cast<std::size_t>(bytes[at + 7]) << 24;
+        const std::size_t size =
+            bytes[at + 4] | bytes[at + 5] << 8 | bytes[at + 6] << 16 | static_cast<std::size_t>(bytes[at + 7]) << 24;
         at += 8;
         if (size > bytes.size() - at)
-            throw Refusal{name + ": the " + type + " chunk at byte " + std::to_string(at - 8) + " claims " + std::to_string(size) +
-                          " bytes, past the end of the file (" + std::to_string(bytes.size() - at) + " remain)"};
+            throw Refusal{name + ": the " + type + " chunk at byte " + std::to_string(at - 8) + " claims " +
+                          std::to_string(size) + " bytes, past the end of the file (" +
+                          std::to_string(bytes.size() - at) + " remain)"};
         found.push_back({type, at, bytes.subspan(at, size)});
         at += size;
     }

@@ -34,7 +34,9 @@ struct BlockInfo {
     std::uint16_t left = 0, right = 0, top = 0, bottom = 0, lid = 0;
     std::uint8_t arrows = 0, slope = 0;
 
-    bool Empty() const { return left == 0 && right == 0 && top == 0 && bottom == 0 && lid == 0 && arrows == 0 && slope == 0; }
+    bool Empty() const {
+        return left == 0 && right == 0 && top == 0 && bottom == 0 && lid == 0 && arrows == 0 && slope == 0;
+    }
     // 0 air, 1 road, 2 pavement, 3 field.
     int GroundType() const { return slope & 3; }
     int SlopeShape() const { return slope >> 2; }
@@ -99,7 +101,8 @@ public:
     std::vector<RawChunk> kept;
 
     static std::size_t CellIndex(int x, int y, int z) {
-        return (static_cast<std::size_t>(z) * kSide + static_cast<std::size_t>(y)) * kSide + static_cast<std::size_t>(x);
+        return (static_cast<std::size_t>(z) * kSide + static_cast<std::size_t>(y)) * kSide +
+               static_cast<std::size_t>(x);
     }
     const BlockInfo& At(int x, int y, int z) const { return blocks[cells[CellIndex(x, y, z)]]; }
     // Cells whose block is not all zero bytes.

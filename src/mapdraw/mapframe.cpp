@@ -40,7 +40,8 @@ TilePixel SourcePixel(std::uint16_t face, int u, int v, int side) {
 }
 
 Span BlockSpan(int b, double blockPx, double scrolled) {
-    return {static_cast<int>(std::floor(b * blockPx - scrolled)), static_cast<int>(std::floor((b + 1) * blockPx - scrolled))};
+    return {static_cast<int>(std::floor(b * blockPx - scrolled)),
+            static_cast<int>(std::floor((b + 1) * blockPx - scrolled))};
 }
 
 void MapFrame::Follow(const map::Map& m, int levelCut) {
@@ -71,7 +72,9 @@ void MapFrame::Draw(const map::Map& m, TilePyramid& tiles, const View& view, con
             const int spanW = xs.last - xs.first, spanH = ys.last - ys.first;
             const int k = MipFor(std::max(spanW, spanH)), side = 64 >> k;
             const bool dim = options.marked && !(*options.marked)[static_cast<std::size_t>(by * map::kSide + bx)];
-            for (int y = y0; y < y1; ++y) std::fill(argb + static_cast<std::ptrdiff_t>(y) * stride + x0, argb + static_cast<std::ptrdiff_t>(y) * stride + x1, kGround);
+            for (int y = y0; y < y1; ++y)
+                std::fill(argb + static_cast<std::ptrdiff_t>(y) * stride + x0,
+                          argb + static_cast<std::ptrdiff_t>(y) * stride + x1, kGround);
             const map::Stack& stack = StackAt(bx, by);
             for (int i = stack.count - 1; i >= 0; --i) {
                 const std::uint16_t lid = m.At(bx, by, stack.z[static_cast<std::size_t>(i)]).lid;

@@ -32,7 +32,9 @@ void MakeSmaller(TileMips& m) {
         to.resize(static_cast<std::size_t>(side * side));
         for (int y = 0; y < side; ++y)
             for (int x = 0; x < side; ++x) {
-                const auto at = [&](int dx, int dy) { return from[static_cast<std::size_t>((2 * y + dy) * big + 2 * x + dx)]; };
+                const auto at = [&](int dx, int dy) {
+                    return from[static_cast<std::size_t>((2 * y + dy) * big + 2 * x + dx)];
+                };
                 to[static_cast<std::size_t>(y * side + x)] = Average(at(0, 0), at(1, 0), at(0, 1), at(1, 1));
             }
     }
@@ -64,7 +66,8 @@ const TileMips& TilePyramid::Of(int tile) {
                 px = HatchAt(x, y, kSide);
                 continue;
             }
-            const std::uint8_t c = doc_.STYTileStore[static_cast<std::size_t>(tile)][static_cast<std::size_t>(y * kSide + x)];
+            const std::uint8_t c =
+                doc_.STYTileStore[static_cast<std::size_t>(tile)][static_cast<std::size_t>(y * kSide + x)];
             const auto& p = modDeclares::STYPalData[static_cast<std::size_t>(*pal)];
             const auto at = static_cast<std::size_t>(c) * 4;
             // Stored blue, green, red.

@@ -119,7 +119,8 @@ void MapCanvas::CentreOn(int x, int y) {
 std::optional<QPoint> MapCanvas::BlockAt(QPointF at) const {
     const double side = map::kSide * view_.blockPx;
     // A map smaller than the view stands in its middle.
-    const double offX = std::max(0.0, (viewport()->width() - side) / 2), offY = std::max(0.0, (viewport()->height() - side) / 2);
+    const double offX = std::max(0.0, (viewport()->width() - side) / 2),
+                 offY = std::max(0.0, (viewport()->height() - side) / 2);
     const int x = static_cast<int>(std::floor((at.x() - offX + horizontalScrollBar()->value()) / view_.blockPx));
     const int y = static_cast<int>(std::floor((at.y() - offY + verticalScrollBar()->value()) / view_.blockPx));
     if (!map_ || x < 0 || y < 0 || x >= map::kSide || y >= map::kSide) return std::nullopt;
@@ -128,7 +129,8 @@ std::optional<QPoint> MapCanvas::BlockAt(QPointF at) const {
 
 QPoint MapCanvas::ViewportPointOf(int x, int y) const {
     const double side = map::kSide * view_.blockPx;
-    const double offX = std::max(0.0, (viewport()->width() - side) / 2), offY = std::max(0.0, (viewport()->height() - side) / 2);
+    const double offX = std::max(0.0, (viewport()->width() - side) / 2),
+                 offY = std::max(0.0, (viewport()->height() - side) / 2);
     return QPoint(static_cast<int>((x + 0.5) * view_.blockPx - horizontalScrollBar()->value() + offX),
                   static_cast<int>((y + 0.5) * view_.blockPx - verticalScrollBar()->value() + offY));
 }
@@ -146,7 +148,8 @@ void MapCanvas::paintEvent(QPaintEvent*) {
     const double side = map::kSide * view_.blockPx;
     const double offX = std::max(0.0, (s.width() - side) / 2), offY = std::max(0.0, (s.height() - side) / 2);
     // Logical view for what is drawn over the blocks, device pixels for the blocks themselves.
-    const mapdraw::View logical{view_.blockPx, horizontalScrollBar()->value() - offX, verticalScrollBar()->value() - offY};
+    const mapdraw::View logical{view_.blockPx, horizontalScrollBar()->value() - offX,
+                                verticalScrollBar()->value() - offY};
     const mapdraw::View device{logical.blockPx * dpr, logical.left * dpr, logical.top * dpr};
     QImage frame(static_cast<int>(std::ceil(s.width() * dpr)), static_cast<int>(std::ceil(s.height() * dpr)),
                  QImage::Format_RGB32);
@@ -187,7 +190,8 @@ void MapCanvas::DrawMarks(QPainter& p, const mapdraw::View& v, int w, int h) con
         for (int x = 0; x < map::kSide; ++x) {
             if (!marked_[static_cast<std::size_t>(y * map::kSide + x)]) continue;
             const QRectF r = mapdraw::BlockRect(x, y, v);
-            if (r.right() >= 0 && r.left() <= w && r.bottom() >= 0 && r.top() <= h) p.drawRect(r.adjusted(0, 0, -1, -1));
+            if (r.right() >= 0 && r.left() <= w && r.bottom() >= 0 && r.top() <= h)
+                p.drawRect(r.adjusted(0, 0, -1, -1));
         }
 }
 

@@ -64,14 +64,18 @@ void MapWindow::BuildMenus() {
     layers_.surfaces = layer(QStringLiteral("&Surface types"), Qt::Key_T);
     view->addSeparator();
     view->addAction(QStringLiteral("Zoom &in"), QKeySequence(Qt::Key_Plus), canvas_, [this] { canvas_->ZoomBy(1.25); });
-    view->addAction(QStringLiteral("Zoom &out"), QKeySequence(Qt::Key_Minus), canvas_, [this] { canvas_->ZoomBy(0.8); });
-    view->addAction(QStringLiteral("&Fit the map"), QKeySequence(Qt::CTRL | Qt::Key_0), canvas_, [this] { canvas_->Fit(); });
+    view->addAction(QStringLiteral("Zoom &out"), QKeySequence(Qt::Key_Minus), canvas_,
+                    [this] { canvas_->ZoomBy(0.8); });
+    view->addAction(QStringLiteral("&Fit the map"), QKeySequence(Qt::CTRL | Qt::Key_0), canvas_,
+                    [this] { canvas_->Fit(); });
     view->addSeparator();
     view->addAction(QStringLiteral("Level &up"), QKeySequence(Qt::Key_PageUp), this, [this] { level_->stepUp(); });
-    view->addAction(QStringLiteral("Level &down"), QKeySequence(Qt::Key_PageDown), this, [this] { level_->stepDown(); });
+    view->addAction(QStringLiteral("Level &down"), QKeySequence(Qt::Key_PageDown), this,
+                    [this] { level_->stepDown(); });
     view->addSeparator();
     view->addAction(QStringLiteral("&Next found"), QKeySequence(Qt::Key_F3), this, [this] { StepShown(1); });
-    view->addAction(QStringLiteral("&Previous found"), QKeySequence(Qt::SHIFT | Qt::Key_F3), this, [this] { StepShown(-1); });
+    view->addAction(QStringLiteral("&Previous found"), QKeySequence(Qt::SHIFT | Qt::Key_F3), this,
+                    [this] { StepShown(-1); });
 
     QToolBar* bar = addToolBar(QStringLiteral("Levels"));
     bar->setMovable(false);
@@ -98,13 +102,15 @@ bool MapWindow::Open(const QString& path) {
     found_->clear();
     tiles_ = std::make_unique<mapdraw::TilePyramid>(host_.style());
     missingTold_.clear();
-    setWindowTitle(QStringLiteral("Map: %1 (%2)").arg(QFileInfo(path).fileName(), QString::fromLatin1(map::SourceName(map_->source))));
+    setWindowTitle(QStringLiteral("Map: %1 (%2)")
+                       .arg(QFileInfo(path).fileName(), QString::fromLatin1(map::SourceName(map_->source))));
     canvas_->SetMap(map_.get(), tiles_.get());
     ApplyLayers();
     host_.present();
     emit MapOpened();
     // The first frame names the tiles the style lacks.
-    QMetaObject::invokeMethod(this, [this] { TellMissingOnce(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { TellMissingOnce(); }, Qt::QueuedConnection);
     return true;
 }
 
@@ -128,7 +134,9 @@ void MapWindow::StyleLoaded() {
     tiles_ = std::move(fresh);
     missingTold_.clear();
     ApplyLayers();
-    if (isVisible()) QMetaObject::invokeMethod(this, [this] { TellMissingOnce(); }, Qt::QueuedConnection);
+    if (isVisible())
+        QMetaObject::invokeMethod(
+            this, [this] { TellMissingOnce(); }, Qt::QueuedConnection);
 }
 
 void MapWindow::TileChanged(int tile) {
@@ -149,12 +157,14 @@ void MapWindow::TellMissingOnce() {
     canvas_->viewport()->repaint();
     const std::vector<int> missing = tiles_->Missing();
     std::vector<int> fresh;
-    std::set_difference(missing.begin(), missing.end(), missingTold_.begin(), missingTold_.end(), std::back_inserter(fresh));
+    std::set_difference(missing.begin(), missing.end(), missingTold_.begin(), missingTold_.end(),
+                        std::back_inserter(fresh));
     if (fresh.empty()) return;
     missingTold_ = missing;
-    host_.tell(QStringLiteral("%1 tile number(s) of the map are not in the style, the first %2; they are drawn hatched.")
-                   .arg(fresh.size())
-                   .arg(fresh.front()));
+    host_.tell(
+        QStringLiteral("%1 tile number(s) of the map are not in the style, the first %2; they are drawn hatched.")
+            .arg(fresh.size())
+            .arg(fresh.front()));
 }
 
 QString MapWindow::StatusText() const { return status_->text(); }
@@ -194,8 +204,9 @@ void MapWindow::ShowTile(int tile) {
     std::vector<std::uint8_t> marked(static_cast<std::size_t>(map::kSide * map::kSide), 0);
     for (const map::Column& c : shown_) marked[static_cast<std::size_t>(c.y * map::kSide + c.x)] = 1;
     canvas_->SetMarked(shown_.empty() ? std::vector<std::uint8_t>{} : std::move(marked));
-    found_->setText(shown_.empty() ? QStringLiteral("Tile %1 is not on the map").arg(tile)
-                                   : QStringLiteral("Tile %1: %2 column(s) (F3, Shift+F3)").arg(tile).arg(shown_.size()));
+    found_->setText(shown_.empty()
+                        ? QStringLiteral("Tile %1 is not on the map").arg(tile)
+                        : QStringLiteral("Tile %1: %2 column(s) (F3, Shift+F3)").arg(tile).arg(shown_.size()));
     host_.present();
     if (!shown_.empty()) StepShown(1);
 }
@@ -206,7 +217,8 @@ void MapWindow::StepShown(int step) {
     shownAt_ = ((shownAt_ + step) % n + n) % n;
     const map::Column& c = shown_[static_cast<std::size_t>(shownAt_)];
     canvas_->CentreOn(c.x, c.y);
-    found_->setText(QStringLiteral("Tile %1: %2 of %3 column(s) (F3, Shift+F3)").arg(shownTile_).arg(shownAt_ + 1).arg(n));
+    found_->setText(
+        QStringLiteral("Tile %1: %2 of %3 column(s) (F3, Shift+F3)").arg(shownTile_).arg(shownAt_ + 1).arg(n));
 }
 
 void MapWindow::closeEvent(QCloseEvent* event) {

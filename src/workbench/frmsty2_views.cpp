@@ -138,7 +138,9 @@ void frmSTY2::WireMap() {
     host.style = [this]() -> const clsSTY& { return Sty(); };
     host.goToTile = [this](int t) { GoToTile(t); };
     host.cols = [this] { return Cols(); };
-    host.surfaceTypes = [this] { return ombrevale::surfaces::ReadSurfaces(Sty().STYSurfaceSpec, Sty().GetNumOfTiles()).type; };
+    host.surfaceTypes = [this] {
+        return ombrevale::surfaces::ReadSurfaces(Sty().STYSurfaceSpec, Sty().GetNumOfTiles()).type;
+    };
     host.tell = [](const QString& text) { MsgBox(text.toStdString(), "Ombrevale", MsgIcon::Exclamation); };
     host.surfaceTip = [this](int x, int y) { return surfaces_->Shown() ? surfaces_->CellTip(x, y) : QString(); };
     mapSheet_ = new MapSheet(std::move(host), this, picMain);

@@ -46,9 +46,12 @@ protected:
         const int firstRow = std::max(0, r.top() / sheet::kCell), lastRow = r.bottom() / sheet::kCell;
         for (int row = firstRow; row <= lastRow; ++row)
             for (int col = 0; col < cols_; ++col) {
-                const auto t = static_cast<std::size_t>(row) * static_cast<std::size_t>(cols_) + static_cast<std::size_t>(col);
+                const auto t =
+                    static_cast<std::size_t>(row) * static_cast<std::size_t>(cols_) + static_cast<std::size_t>(col);
                 if (t >= unused_.size()) return;
-                if (unused_[t]) p.fillRect(col * sheet::kCell, row * sheet::kCell, sheet::kCell, sheet::kCell, QColor(96, 96, 96, 200));
+                if (unused_[t])
+                    p.fillRect(col * sheet::kCell, row * sheet::kCell, sheet::kCell, sheet::kCell,
+                               QColor(96, 96, 96, 200));
             }
     }
 
@@ -63,7 +66,7 @@ namespace {
 // that is wide enough for a map; else the usual size, over the main window.
 QSize RoomBeside(const QWidget* owner) {
     constexpr QSize kUsual(900, 760);
-    constexpr int kNarrowest = 420, kGap = 8;
+    constexpr int kNarrowest = 320, kGap = 8;
     const QScreen* screen = owner->screen();
     if (!screen) return kUsual;
     const QRect free = screen->availableGeometry(), main = owner->frameGeometry();
@@ -156,7 +159,8 @@ void MapSheet::ShowUsage(bool on) {
     if (!on || !window_->Current()) return overlay_->hide();
     const int n = host_.style().GetNumOfTiles();
     std::vector<bool> unused(static_cast<std::size_t>(std::max(0, n)));
-    for (int t = 0; t < n; ++t) unused[static_cast<std::size_t>(t)] = t >= map::kTileNumbers || !window_->Usage().Used(t);
+    for (int t = 0; t < n; ++t)
+        unused[static_cast<std::size_t>(t)] = t >= map::kTileNumbers || !window_->Usage().Used(t);
     overlay_->Set(std::move(unused), host_.cols());
     overlay_->show();
     overlay_->raise();
@@ -175,21 +179,25 @@ QString MapSheet::CellTip(int x, int y) const {
     if (!t || *t >= host_.style().GetNumOfTiles() || *t >= map::kTileNumbers) return {};
     const auto& u = window_->Usage();
     const auto i = static_cast<std::size_t>(*t);
-    QString tip = QStringLiteral("Tile %1 on the map: lid of %2 block(s), %3 side(s)").arg(*t).arg(u.lids[i]).arg(u.sides[i]);
+    QString tip =
+        QStringLiteral("Tile %1 on the map: lid of %2 block(s), %3 side(s)").arg(*t).arg(u.lids[i]).arg(u.sides[i]);
     if (u.animated[i]) tip += QStringLiteral(", animated");
     return tip;
 }
 
 bool MapSheet::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != sheet_ || event->type() != QEvent::ToolTip || !usage_->isChecked() || !window_->Current()) return false;
+    if (watched != sheet_ || event->type() != QEvent::ToolTip || !usage_->isChecked() || !window_->Current())
+        return false;
     auto* help = static_cast<QHelpEvent*>(event);
     QString tip = CellTip(help->pos().x(), help->pos().y());
     if (host_.surfaceTip) {
         const QString surface = host_.surfaceTip(help->pos().x(), help->pos().y());
         if (!surface.isEmpty()) tip = surface + QLatin1Char('\n') + tip;
     }
-    if (tip.isEmpty()) QToolTip::hideText();
-    else QToolTip::showText(help->globalPos(), tip, sheet_);
+    if (tip.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(help->globalPos(), tip, sheet_);
     return true;
 }
 

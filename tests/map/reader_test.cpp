@@ -139,12 +139,17 @@ std::vector<Damage> Damages() {
         {"NoGrid", MapBytes().Add("ZONE", {}).bytes(), "no DMAP, UMAP or CMAP"},
         {"BlocksCutShort", MapBytes().Add("DMAP", Bytes(good.begin() + 14, good.end() - 5)).bytes(), "blocks needs"},
         {"BaseTableCutShort", MapBytes().Add("DMAP", Bytes(1000, 0)).bytes(), "the base table needs"},
-        {"BaseOffsetOutOfRange", DmapWith([](Bytes& d, std::size_t) { PutU32(d, 0, 0x7FFFFFFF); }), "(0, 0) starts at word 2147483647"},
+        {"BaseOffsetOutOfRange", DmapWith([](Bytes& d, std::size_t) { PutU32(d, 0, 0x7FFFFFFF); }),
+         "(0, 0) starts at word 2147483647"},
         {"ColumnTooHigh", DmapWith([](Bytes& d, std::size_t head) { d[head] = 9; }), "height 9"},
         {"OffsetAboveHeight", DmapWith([](Bytes& d, std::size_t head) { d[head + 1] = 5; }), "offset 5"},
-        {"BlockNumberOutOfRange", DmapWith([](Bytes& d, std::size_t head) { PutU32(d, head + 4, 99999); }), "names block 99999 at level 1"},
-        {"ZoneNamePastItsChunk", MapBytes().Add("DMAP", DmapPayload({})).Add("ZONE", {0, 1, 1, 1, 1, 9, 'a'}).bytes(), "the name of zone 0"},
-        {"AnimFramesPastTheirChunk", MapBytes().Add("DMAP", DmapPayload({})).Add("ANIM", {77, 0, 1, 0, 3, 0, 78, 0}).bytes(), "the frames of animation 0"},
+        {"BlockNumberOutOfRange", DmapWith([](Bytes& d, std::size_t head) { PutU32(d, head + 4, 99999); }),
+         "names block 99999 at level 1"},
+        {"ZoneNamePastItsChunk", MapBytes().Add("DMAP", DmapPayload({})).Add("ZONE", {0, 1, 1, 1, 1, 9, 'a'}).bytes(),
+         "the name of zone 0"},
+        {"AnimFramesPastTheirChunk",
+         MapBytes().Add("DMAP", DmapPayload({})).Add("ANIM", {77, 0, 1, 0, 3, 0, 78, 0}).bytes(),
+         "the frames of animation 0"},
         {"LightCutShort", MapBytes().Add("DMAP", DmapPayload({})).Add("LGHT", Bytes(20, 0)).bytes(), "light 1"},
         {"ObjectCutShort", MapBytes().Add("DMAP", DmapPayload({})).Add("MOBJ", Bytes(7, 0)).bytes(), "map object 1"},
         {"UmapCutShort", MapBytes().Add("UMAP", Bytes(12 * 100, 0)).bytes(), "the uncompressed grid needs"},
@@ -214,7 +219,10 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(StackCase{"Highest", {{1, mapwriter::Lid(5)}, {3, mapwriter::Lid(6)}}, 7, {3}},
                       StackCase{"CutBelowTheRoof", {{1, mapwriter::Lid(5)}, {3, mapwriter::Lid(6)}}, 2, {1}},
                       StackCase{"FlatShowsBelow", {{1, mapwriter::Lid(5)}, {3, mapwriter::Lid(6, 0, true)}}, 7, {3, 1}},
-                      StackCase{"NoLidAndSlopeMarkPassedOver", {{1, mapwriter::Lid(5)}, {2, mapwriter::Lid(1023)}, {3, mapwriter::Lid(0, 3)}}, 7, {1}},
+                      StackCase{"NoLidAndSlopeMarkPassedOver",
+                                {{1, mapwriter::Lid(5)}, {2, mapwriter::Lid(1023)}, {3, mapwriter::Lid(0, 3)}},
+                                7,
+                                {1}},
                       StackCase{"Nothing", {}, 7, {}}),
     [](const auto& row) { return std::string(row.param.name); });
 
@@ -225,7 +233,8 @@ TEST(MapDescribe, NamesTheDrawnBlockItsFacesAndZones) {
                                .bytes());
     ASSERT_TRUE(read.map) << read.error;
     const std::string text = map::DescribeColumn(*read.map, 0, 0, 7);
-    for (const char* part : {"x 0, y 0, z 3", "lid 365 (90\u00B0, flipped, light 2)", "slope 0, air", "L 664 R 0 T 700 B 0", "zones: docks"})
+    for (const char* part : {"x 0, y 0, z 3", "lid 365 (90\u00B0, flipped, light 2)", "slope 0, air",
+                             "L 664 R 0 T 700 B 0", "zones: docks"})
         EXPECT_NE(text.find(part), std::string::npos) << part << " in " << text;
 }
 

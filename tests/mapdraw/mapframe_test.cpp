@@ -44,7 +44,8 @@ TEST_P(Orientation, FlipMirrorsThenTurnsClockwise) {
 INSTANTIATE_TEST_SUITE_P(Lid, Orientation,
                          ::testing::Values(Turn{"Plain", false, 0, 0, 3, 12}, Turn{"Quarter", false, 1, 12, 0, 15},
                                            Turn{"Half", false, 2, 15, 12, 3}, Turn{"ThreeQuarters", false, 3, 3, 15, 0},
-                                           Turn{"Flipped", true, 0, 3, 0, 15}, Turn{"FlippedQuarter", true, 1, 15, 3, 12}),
+                                           Turn{"Flipped", true, 0, 3, 0, 15},
+                                           Turn{"FlippedQuarter", true, 1, 15, 3, 12}),
                          [](const auto& row) { return std::string(row.param.name); });
 
 class FrameTest : public ::testing::Test {
@@ -67,7 +68,8 @@ protected:
     // Tile t's colour at (x, y) as the sheet draws it.
     std::uint32_t Sheet(int t, int x, int y) const {
         const int c = tiles_[static_cast<std::size_t>(t)][static_cast<std::size_t>(y * 64 + x)];
-        const auto& p = modDeclares::STYPalData[static_cast<std::size_t>(modDeclares::STYPalIndex[static_cast<std::size_t>(t)])];
+        const auto& p =
+            modDeclares::STYPalData[static_cast<std::size_t>(modDeclares::STYPalIndex[static_cast<std::size_t>(t)])];
         return 0xFF000000u | std::uint32_t{p[static_cast<std::size_t>(c) * 4 + 2]} << 16 |
                std::uint32_t{p[static_cast<std::size_t>(c) * 4 + 1]} << 8 | p[static_cast<std::size_t>(c) * 4];
     }

@@ -127,7 +127,8 @@ private slots:
         const QImage greyed = W().picMain->grab().toImage();
         QVERIFY(plain.pixel(cellOf(unused)) != greyed.pixel(cellOf(unused)));
         QCOMPARE(plain.pixel(cellOf(used)), greyed.pixel(cellOf(used)));
-        QVERIFY(W().Map()->CellTip(cellOf(used).x(), cellOf(used).y())
+        QVERIFY(W().Map()
+                    ->CellTip(cellOf(used).x(), cellOf(used).y())
                     .contains(QStringLiteral("lid of %1 block(s)").arg(usage.lids[std::size_t(used)])));
         W().Map()->UsageAction()->setChecked(false);
         QCOMPARE(W().picMain->grab().toImage().pixel(cellOf(unused)), plain.pixel(cellOf(unused)));
@@ -135,7 +136,8 @@ private slots:
 
     void aDamagedMapIsToldOnceAndTheShownOneStays() {
         const std::string bad = dir_.File("bad.gmp");
-        ombrevale::stylewriter::WriteFile(bad, ombrevale::mapwriter::MapBytes().AddWithSize("DMAP", 70000, {1}).bytes());
+        ombrevale::stylewriter::WriteFile(bad,
+                                          ombrevale::mapwriter::MapBytes().AddWithSize("DMAP", 70000, {1}).bytes());
         ombrevale::testsupport::HookRecorder hooks;
         QVERIFY(!W().Map()->Open(QString::fromStdString(bad)));
         QCOMPARE(hooks.messages().size(), std::size_t(1));

@@ -13,9 +13,9 @@ namespace {
 using namespace ombrevale::mapwriter;
 
 // Tiles of the sample style, as its generator lays them out.
-constexpr int kGrass = 1, kWater = 77, kSlabs = 121, kKerb = 161, kAsphalt = 209, kCentreDash = 241,
-              kZebra = 285, kArrow = 297, kBoxJunction = 305, kFlatRoof = 365, kTarRoof = 437, kParapet = 549,
-              kBrick = 661, kWindows = 761, kShopFront = 841, kMetalFloor = 929, kHedge = 953;
+constexpr int kGrass = 1, kWater = 77, kSlabs = 121, kKerb = 161, kAsphalt = 209, kCentreDash = 241, kZebra = 285,
+              kArrow = 297, kBoxJunction = 305, kFlatRoof = 365, kTarRoof = 437, kParapet = 549, kBrick = 661,
+              kWindows = 761, kShopFront = 841, kMetalFloor = 929, kHedge = 953;
 constexpr int kGround = 1, kRoadGround = 1, kPavementGround = 2, kFieldGround = 3;
 constexpr int kTownFrom = 80, kTownTo = 176, kRoadEvery = 16;
 
@@ -47,9 +47,12 @@ void Road(Grid& g, int x, int y) {
     if (down) b.arrows = lane == 0 ? 0x08 : 0x04;
     const int along = across ? RoadLane(x) : RoadLane(y);
     int tile = kAsphalt + static_cast<int>(Pick(x, y, 8));
-    if (along == 3) tile = kZebra;
-    else if (along == 8) tile = kArrow;
-    else if (along % 2 == 0) tile = kCentreDash;
+    if (along == 3)
+        tile = kZebra;
+    else if (along == 8)
+        tile = kArrow;
+    else if (along % 2 == 0)
+        tile = kCentreDash;
     // The markings are drawn for a road going up: turned a quarter for roads across.
     int turns = across ? 1 : 0;
     if (tile == kArrow) turns = across ? (lane == 0 ? 3 : 1) : (lane == 0 ? 2 : 0);
@@ -61,9 +64,12 @@ void Pavement(Grid& g, int x, int y) {
     b.slope = Slope(kPavementGround);
     const bool kerb = OnRoad(x - 1) || OnRoad(x + 1) || OnRoad(y - 1) || OnRoad(y + 1);
     int turns = 0;
-    if (OnRoad(x - 1)) turns = 3;
-    else if (OnRoad(x + 1)) turns = 1;
-    else if (OnRoad(y + 1)) turns = 2;
+    if (OnRoad(x - 1))
+        turns = 3;
+    else if (OnRoad(x + 1))
+        turns = 1;
+    else if (OnRoad(y + 1))
+        turns = 2;
     b.lid = kerb ? Lid(kKerb, 1, false, false, turns) : Lid(kSlabs + static_cast<int>(Pick(x, y, 6)), 1);
 }
 
@@ -83,8 +89,10 @@ void Building(Grid& g, const Lot& lot, int levels, int wall, int roof) {
                 if (y == lot.y + lot.h - 1) b.bottom = Side(face + static_cast<int>(Pick(y, z + 1, 4)));
                 b.slope = Slope(z == kGround ? kPavementGround : 0);
                 const bool edge = x == lot.x || y == lot.y || x == lot.x + lot.w - 1 || y == lot.y + lot.h - 1;
-                if (z == kGround + levels - 1) b.lid = Lid(edge ? kParapet : roof, levels % 4, false, false, 0);
-                else b.lid = 0;
+                if (z == kGround + levels - 1)
+                    b.lid = Lid(edge ? kParapet : roof, levels % 4, false, false, 0);
+                else
+                    b.lid = 0;
             }
     // The roof's parapet edges face outwards.
     const int top = kGround + levels - 1;
@@ -132,8 +140,10 @@ void CityBlock(Grid& g, int bx, int by) {
     for (int q = 0; q < 4; ++q) {
         const Lot lot{x0 + 1 + (q % 2) * half, y0 + 1 + (q / 2) * half, half, half};
         const unsigned kind = Pick(bx + q, by, 9);
-        if (kind == 0) Park(g, lot);
-        else if (kind == 1 && q == 3) CarPark(g, lot);
+        if (kind == 0)
+            Park(g, lot);
+        else if (kind == 1 && q == 3)
+            CarPark(g, lot);
         else {
             const int walls[] = {kBrick, kWindows, kBrick, kWindows};
             Building(g, lot, 1 + static_cast<int>(Pick(by + q, bx, 4)), walls[kind % 4],

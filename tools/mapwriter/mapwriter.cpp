@@ -43,11 +43,11 @@ Bytes Compressed(const Grid& g, int width) {
             base.push_back(it->second);
         }
     Bytes out;
-    for (const std::uint32_t b : base) Put(out, b, width);  // base[256][256]
-    Put(out, words.size(), width);                          // column_words
+    for (const std::uint32_t b : base) Put(out, b, width);   // base[256][256]
+    Put(out, words.size(), width);                           // column_words
     for (const std::uint32_t w : words) Put(out, w, width);  // column[]
-    Put(out, blocks.size(), width);                         // num_blocks
-    for (const Block& b : blocks) PutBlock(out, b);         // block[]
+    Put(out, blocks.size(), width);                          // num_blocks
+    for (const Block& b : blocks) PutBlock(out, b);          // block[]
     return out;
 }
 

@@ -35,7 +35,8 @@ public:
 
 private:
     static std::size_t Index(int x, int y, int z) {
-        return (static_cast<std::size_t>(z) * kSide + static_cast<std::size_t>(y)) * kSide + static_cast<std::size_t>(x);
+        return (static_cast<std::size_t>(z) * kSide + static_cast<std::size_t>(y)) * kSide +
+               static_cast<std::size_t>(x);
     }
     std::vector<Block> cells_;
 };

@@ -124,18 +124,31 @@ std::string Usage() {
     const std::string indent(std::string("usage: ").size(), ' ');
     std::string text = "usage: ombrevale-cli";
     std::size_t line = text.size();
-    for (const Command& c : Commands()) {
-        const bool last = &c == &Commands().back();
-        const std::string command = std::string(c.name) + " " + c.usage + (last ? "" : " |");
-        if (line + 1 + command.size() > kWidth) {
-            text += "\n" + indent;
-            line = indent.size();
+    const auto put = [&](const std::string& piece, const std::string& lead) {
+        if (line + 1 + piece.size() > kWidth) {
+            text += "\n" + lead;
+            line = lead.size();
         } else {
             text += ' ';
             ++line;
         }
-        text += command;
-        line += command.size();
+        text += piece;
+        line += piece.size();
+    };
+    for (const Command& c : Commands()) {
+        const bool last = &c == &Commands().back();
+        const std::string command = std::string(c.name) + " " + c.usage + (last ? "" : " |");
+        if (indent.size() + command.size() <= kWidth) {
+            put(command, indent);
+            continue;
+        }
+        // A command longer than a line breaks between its options, the rest indented under it.
+        std::size_t from = 0;
+        for (std::size_t at = command.find(" ["); from < command.size(); at = command.find(" [", from)) {
+            const std::size_t end = at == std::string::npos ? command.size() : at;
+            put(command.substr(from, end - from), from == 0 ? indent : indent + "  ");
+            from = end == command.size() ? end : end + 1;
+        }
     }
     return text;
 }

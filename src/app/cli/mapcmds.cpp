@@ -72,7 +72,8 @@ int RunMapInfo(const Args& args) {
     const map::TileUsage usage = map::CountTiles(m);
     QJsonArray chunks;
     for (const map::ChunkHead& c : m.chunks)
-        chunks.append(QJsonObject{{"type", QString::fromLatin1(c.type.data(), 4)}, {"size", static_cast<qint64>(c.size)}});
+        chunks.append(
+            QJsonObject{{"type", QString::fromLatin1(c.type.data(), 4)}, {"size", static_cast<qint64>(c.size)}});
     QJsonObject info{{"map", map::SourceName(m.source)},
                      {"blocks", m.CountBlocks()},
                      {"lids", Counts(usage.lids)},
@@ -140,8 +141,10 @@ int RunMap(const Args& args) {
         mapdraw::DrawOverlays(p, m, view, {false, args.zones, args.arrows}, picture.width(), picture.height());
     }
     if (const auto missing = tiles.Missing(); !missing.empty())
-        std::fprintf(stderr, "ombrevale-cli: %s: %zu tile number(s) of the map, the first %d, are not in the style; drawn hatched\n",
-                     style.c_str(), missing.size(), missing.front());
+        std::fprintf(
+            stderr,
+            "ombrevale-cli: %s: %zu tile number(s) of the map, the first %d, are not in the style; drawn hatched\n",
+            style.c_str(), missing.size(), missing.front());
     WriteThrough(out, [&](const std::string& temp) { return picture.save(QString::fromStdString(temp), "PNG"); });
     return 0;
 }

@@ -234,6 +234,11 @@ int main(int argc, char* argv[]) {
         mapFile = absolute(argv[2]);
         first = 3;
     }
+    // A map on its own (the desktop opens a .gmp this way) opens beside the editor's style.
+    if (argc == 2 && QString::fromLocal8Bit(argv[1]).endsWith(QLatin1String(".gmp"), Qt::CaseInsensitive)) {
+        mapFile = absolute(argv[1]);
+        first = 2;
+    }
     if (argc > first) style = absolute(argv[first]).toStdString();
     const ombrevale::workbench::WorkFolder work;
     frmSTY2* shown = nullptr;
@@ -263,8 +268,7 @@ int main(int argc, char* argv[]) {
     }
     const LinkAfterFirstPaint link(window.picMain);
     window.show();
-    if (!mapFile.isEmpty())
-        QTimer::singleShot(0, &window, [&window, mapFile] { window.Map()->Open(mapFile); });
+    if (!mapFile.isEmpty()) QTimer::singleShot(0, &window, [&window, mapFile] { window.Map()->Open(mapFile); });
     const int code = app.exec();
     shown = nullptr;
     return code;

@@ -59,12 +59,14 @@ TEST_F(CliMap, InfoCountsBlocksLidsSidesZonesAndChunks) {
     EXPECT_EQ(info["sides"].toObject(), (QJsonObject{{"4", 4}, {"5", 2}}));
     const QJsonArray zones = info["zones"].toArray();
     ASSERT_EQ(zones.size(), 2);
-    EXPECT_EQ(zones[0].toObject(), (QJsonObject{{"name", "bus1"}, {"type", 7}, {"x", 1}, {"y", 0}, {"w", 1}, {"h", 1}}));
+    EXPECT_EQ(zones[0].toObject(),
+              (QJsonObject{{"name", "bus1"}, {"type", 7}, {"x", 1}, {"y", 0}, {"w", 1}, {"h", 1}}));
     EXPECT_EQ(zones[1].toObject()["name"].toString(), "docks");
     EXPECT_EQ(info["animations"].toInt(), 1);
     EXPECT_EQ(info["lights"].toInt(), 0);
     QStringList chunks;
-    for (const auto c : info["chunks"].toArray()) chunks << c.toObject()["type"].toString() + ":" + QString::number(c.toObject()["size"].toInt());
+    for (const auto c : info["chunks"].toArray())
+        chunks << c.toObject()["type"].toString() + ":" + QString::number(c.toObject()["size"].toInt());
     EXPECT_EQ(chunks.join(' ').toStdString().substr(0, 5), "DMAP:");
     EXPECT_TRUE(chunks.join(' ').endsWith("ZONE:21 ANIM:10 EDIT:3")) << chunks.join(' ').toStdString();
     EXPECT_FALSE(info.contains("unused"));
@@ -118,7 +120,11 @@ TEST_P(CliMapRefuses, WithOneLineAndNoFile) {
     sw::WriteFile(dir_.File("bad.gmp"), mw::MapBytes().AddWithSize("DMAP", 9999, {1, 2}).bytes());
     std::vector<std::string> args;
     for (const auto& a : GetParam().args)
-        args.push_back(a == "STYLE" ? style_ : a == "MAP" ? map_ : a == "BAD" ? dir_.File("bad.gmp") : a == "OUT" ? dir_.File("out.png") : a);
+        args.push_back(a == "STYLE" ? style_
+                       : a == "MAP" ? map_
+                       : a == "BAD" ? dir_.File("bad.gmp")
+                       : a == "OUT" ? dir_.File("out.png")
+                                    : a);
     const auto r = RunCli(args);
     EXPECT_EQ(r.exitCode, GetParam().exit);
     EXPECT_NE(r.err.find(GetParam().says), std::string::npos) << r.err;
@@ -130,16 +136,17 @@ TEST_P(CliMapRefuses, WithOneLineAndNoFile) {
 
 INSTANTIATE_TEST_SUITE_P(
     Map, CliMapRefuses,
-    ::testing::Values(Bad{"DamagedMap", {"map", "STYLE", "BAD", "OUT"}, 1, "past the end of the file"},
-                      Bad{"DamagedMapInfo", {"map-info", "BAD"}, 1, "past the end of the file"},
-                      Bad{"NoSuchMap", {"map-info", "nowhere.gmp"}, 1, "cannot be opened"},
-                      Bad{"StyleForMap", {"map", "MAP", "STYLE", "OUT"}, 1, "town.gmp"},
-                      Bad{"ScaleTooLarge", {"map", "STYLE", "MAP", "OUT", "--scale", "65"}, 1, "(1..64)"},
-                      Bad{"LevelTooHigh", {"map", "STYLE", "MAP", "OUT", "--level", "8"}, 1, "(0..7)"},
-                      Bad{"PictureTooLarge", {"map", "STYLE", "MAP", "OUT", "--scale", "64"}, 2, "larger than 8192 x 8192"},
-                      Bad{"AreaOffTheMap", {"map", "STYLE", "MAP", "OUT", "--area", "250,0,10,1"}, 2, "inside the map"},
-                      Bad{"AreaNotFourNumbers", {"map", "STYLE", "MAP", "OUT", "--area", "1,2,3"}, 2, "X,Y,W,H"},
-                      Bad{"StyleOptionOnMap", {"map", "STYLE", "MAP", "OUT", "--style", "STYLE"}, 2, "not one of map's"}),
+    ::testing::Values(
+        Bad{"DamagedMap", {"map", "STYLE", "BAD", "OUT"}, 1, "past the end of the file"},
+        Bad{"DamagedMapInfo", {"map-info", "BAD"}, 1, "past the end of the file"},
+        Bad{"NoSuchMap", {"map-info", "nowhere.gmp"}, 1, "cannot be opened"},
+        Bad{"StyleForMap", {"map", "MAP", "STYLE", "OUT"}, 1, "town.gmp"},
+        Bad{"ScaleTooLarge", {"map", "STYLE", "MAP", "OUT", "--scale", "65"}, 1, "(1..64)"},
+        Bad{"LevelTooHigh", {"map", "STYLE", "MAP", "OUT", "--level", "8"}, 1, "(0..7)"},
+        Bad{"PictureTooLarge", {"map", "STYLE", "MAP", "OUT", "--scale", "64"}, 2, "larger than 8192 x 8192"},
+        Bad{"AreaOffTheMap", {"map", "STYLE", "MAP", "OUT", "--area", "250,0,10,1"}, 2, "inside the map"},
+        Bad{"AreaNotFourNumbers", {"map", "STYLE", "MAP", "OUT", "--area", "1,2,3"}, 2, "X,Y,W,H"},
+        Bad{"StyleOptionOnMap", {"map", "STYLE", "MAP", "OUT", "--style", "STYLE"}, 2, "not one of map's"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 }  // namespace

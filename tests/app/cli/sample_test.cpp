@@ -5,8 +5,8 @@
 #include <algorithm>
 
 #include "cliprocess.h"
-#include "pixels/deltaruns.h"
 #include "map/gbmp.h"
+#include "pixels/deltaruns.h"
 #include "style/clssty.h"
 #include "style/surfaces.h"
 #include "stylewriter/stylewriter.h"
