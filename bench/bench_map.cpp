@@ -24,7 +24,8 @@ using namespace ombrevale;
 
 constexpr int kFrameW = 1000, kFrameH = 720;
 
-// Ground everywhere, buildings of 1 to 4 levels on most lots, about 500 lid tiles.
+// Ground everywhere, buildings of 1 to 2 levels on most lots: about 110,000
+// blocks, most of them repeated as a city's are (roads, pavements, walls).
 const mw::Bytes& CityMap() {
     static const mw::Bytes bytes = [] {
         mw::Grid g;
@@ -32,22 +33,23 @@ const mw::Bytes& CityMap() {
         const auto next = [&seed] { return seed = seed * 1103515245u + 12345u, (seed >> 16) & 0x7FFF; };
         for (int y = 0; y < mw::kSide; ++y)
             for (int x = 0; x < mw::kSide; ++x) {
+                const bool road = x % 8 < 2 || y % 8 < 2;
                 g.at(x, y, 1) = {0,
                                  0,
                                  0,
                                  0,
-                                 mw::Lid(static_cast<int>(1 + next() % 200), static_cast<int>(next() % 4)),
-                                 static_cast<std::uint8_t>(next() % 16),
-                                 mw::Slope(1)};
-                if (x % 8 < 2 || y % 8 < 2) continue;
-                const int levels = static_cast<int>(next() % 3);
+                                 mw::Lid(road ? 200 + (x + y) % 4 : static_cast<int>(1 + next() % 120)),
+                                 static_cast<std::uint8_t>(road ? 1 << (x % 2) : 0),
+                                 mw::Slope(road ? 1 : 2)};
+                if (road) continue;
+                const int levels = static_cast<int>(next() % 4 == 0 ? 0 : 1 + next() % 2);
+                const int wall = static_cast<int>(600 + next() % 40), roof = static_cast<int>(300 + next() % 150);
                 for (int z = 2; z < 2 + levels; ++z)
-                    g.at(x, y, z) = {mw::Side(static_cast<int>(600 + next() % 150)),
-                                     mw::Side(static_cast<int>(600 + next() % 150)),
+                    g.at(x, y, z) = {mw::Side(wall),
+                                     mw::Side(wall + 1),
                                      0,
                                      0,
-                                     z == 1 + levels ? mw::Lid(static_cast<int>(300 + next() % 300), 0, false,
-                                                               next() % 2, static_cast<int>(next() % 4))
+                                     z == 1 + levels ? mw::Lid(roof, 0, false, false, static_cast<int>(next() % 4))
                                                      : std::uint16_t{0},
                                      0,
                                      0};

@@ -82,13 +82,18 @@ void MapFrame::Draw(const map::Map& m, TilePyramid& tiles, const View& view, con
                 const bool keyed = map::IsFlat(lid);
                 int f = options.shade ? LightFactor(map::LightOf(lid)) : 256;
                 if (dim) f = f * 90 / 256;
+                // The turn and the mirror are linear in (u, v): three corners give the whole map.
+                const TilePixel o = SourcePixel(lid, 0, 0, side), du = SourcePixel(lid, 1, 0, side),
+                                dv = SourcePixel(lid, 0, 1, side);
+                const int uu = du.u - o.u, uv = du.v - o.v, vu = dv.u - o.u, vv = dv.v - o.v;
                 for (int y = y0; y < y1; ++y) {
                     const int v = (y - ys.first) * side / spanH;
                     std::uint32_t* row = argb + static_cast<std::ptrdiff_t>(y) * stride;
+                    const int rowU = o.u + vu * v, rowV = o.v + vv * v;
                     for (int x = x0; x < x1; ++x) {
                         const int u = (x - xs.first) * side / spanW;
-                        const TilePixel at = SourcePixel(lid, u, v, side);
-                        const std::uint32_t p = pixels[static_cast<std::size_t>(at.v * side + at.u)];
+                        const std::uint32_t p =
+                            pixels[static_cast<std::size_t>((rowV + uv * u) * side + rowU + uu * u)];
                         if (keyed && !(p >> 24)) continue;
                         row[x] = Scaled(p | 0xFF000000u, f);
                     }

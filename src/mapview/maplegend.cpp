@@ -25,10 +25,9 @@ MapLegend::MapLegend(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::RichText);
     setAlignment(Qt::AlignTop | Qt::AlignLeft);
     setMargin(6);
-    hide();
 }
 
-void MapLegend::Show(const map::Map* m, const Layers& layers, const std::function<QColor(int)>& surfaceTint) {
+bool MapLegend::Show(const map::Map* m, const Layers& layers, const std::function<QColor(int)>& surfaceTint) {
     QString rows;
     if (layers.zones && m) {
         rows += Heading(QStringLiteral("Zones"));
@@ -56,9 +55,9 @@ void MapLegend::Show(const map::Map* m, const Layers& layers, const std::functio
             rows += Row(QColor(v, v, v), QString::number(level));
         }
     }
-    setVisible(!rows.isEmpty());
     setText(QStringLiteral("<table cellspacing=\"2\">%1</table>").arg(rows));
     adjustSize();
+    return !rows.isEmpty();
 }
 
 }  // namespace ombrevale::mapview

@@ -13,8 +13,8 @@ namespace ombrevale::mapview {
 class MapLegend : public QLabel {
 public:
     explicit MapLegend(QWidget* parent);
-    // Hidden when no layer with colours is on.
-    void Show(const map::Map* m, const Layers& layers, const std::function<QColor(int)>& surfaceTint);
+    // False, and nothing to show, when no layer with colours is on.
+    bool Show(const map::Map* m, const Layers& layers, const std::function<QColor(int)>& surfaceTint);
 };
 
 }  // namespace ombrevale::mapview

@@ -46,7 +46,7 @@ MapWindow::MapWindow(Host host, QWidget* owner)
 MapWindow::~MapWindow() = default;
 
 void MapWindow::BuildMenus() {
-    QMenu* file = menuBar()->addMenu(QStringLiteral("&Map"));
+    QMenu* file = mapMenu_ = menuBar()->addMenu(QStringLiteral("&Map"));
     QAction* close = file->addAction(QStringLiteral("&Close"), this, &QWidget::close);
     close->setShortcuts(QKeySequence::Close);
     QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
@@ -123,8 +123,8 @@ void MapWindow::ApplyLayers() {
     l.surfaces = layers_.surfaces->isChecked();
     if (l.surfaces && host_.surfaceTypes) canvas_->SetSurfaces(host_.surfaceTypes(), host_.surfaceTint);
     canvas_->SetLayers(l);
-    legend_->Show(map_.get(), l, host_.surfaceTint);
-    if (auto* dock = findChild<QDockWidget*>(QStringLiteral("legend"))) dock->setVisible(legend_->isVisible());
+    const bool coloured = legend_->Show(map_.get(), l, host_.surfaceTint);
+    if (auto* dock = findChild<QDockWidget*>(QStringLiteral("legend"))) dock->setVisible(coloured);
 }
 
 void MapWindow::StyleLoaded() {
@@ -169,9 +169,17 @@ void MapWindow::TellMissingOnce() {
 
 QString MapWindow::StatusText() const { return status_->text(); }
 
+void MapWindow::AddMapAction(QAction* action) {
+    mapMenu_->insertAction(mapMenu_->actions().value(0), action);
+    // Its key works here too.
+    addAction(action);
+}
+
 void MapWindow::Hover(int x, int y) {
     if (!map_ || x < 0) return status_->clear();
     status_->setText(QString::fromStdString(map::DescribeColumn(*map_, x, y, canvas_->LevelCut())));
+    // A narrow window cuts the line: the tip holds it whole.
+    status_->setToolTip(status_->text());
 }
 
 void MapWindow::Click(int x, int y) {

@@ -19,6 +19,7 @@ class clsSTY;
 class QAction;
 class QLabel;
 class QSpinBox;
+class QMenu;
 
 namespace ombrevale::mapdraw {
 class TilePyramid;
@@ -61,6 +62,8 @@ public:
     void StepShown(int step);
     int ShownCount() const { return static_cast<int>(shown_.size()); }
     QString StatusText() const;
+    // Puts action (Open map of the main window) at the top of the Map menu.
+    void AddMapAction(QAction* action);
 
 signals:
     void MapOpened();
@@ -92,6 +95,7 @@ private:
     std::vector<map::Column> shown_;
     int shownTile_ = -1;
     int shownAt_ = -1;
+    QMenu* mapMenu_ = nullptr;
     std::vector<int> missingTold_;
 };
 

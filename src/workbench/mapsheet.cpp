@@ -15,6 +15,7 @@
 #include "workbench/sheetgeometry.h"
 #include "workbench/surfaceoverlay.h"
 #include "workbench/toolwindow.h"
+#include "workbench/topmost.h"
 
 namespace ombrevale::workbench {
 
@@ -86,8 +87,12 @@ MapSheet::MapSheet(Host host, QWidget* window, QWidget* sheet)
     mh.surfaceTint = SurfaceTint;
     mh.tell = host_.tell;
     mh.present = [this, window] {
-        // Beside the main window, as the other views open, the first time it shows.
-        if (!window_->isVisible()) PlaceBeside(window_, window, RoomBeside(window));
+        // Beside the main window, as the other views open, the first time it shows; on top
+        // as the main window is, so that it is never lost under it.
+        if (!window_->isVisible()) {
+            PlaceBeside(window_, window, RoomBeside(window));
+            SetTopMost(window_, true);
+        }
         window_->show();
         window_->raise();
         window_->activateWindow();
@@ -105,6 +110,7 @@ MapSheet::MapSheet(Host host, QWidget* window, QWidget* sheet)
     open_->setToolTip(QStringLiteral("Open map (%1)").arg(open_->shortcut().toString(QKeySequence::NativeText)));
     connect(open_, &QAction::triggered, this, &MapSheet::AskOpen);
     window->addAction(open_);
+    window_->AddMapAction(open_);
 
     usage_ = new QAction(QStringLiteral("Grey tiles the map does not use"), window);
     usage_->setCheckable(true);

@@ -15,7 +15,7 @@ using namespace ombrevale::mapwriter;
 // Tiles of the sample style, as its generator lays them out.
 constexpr int kGrass = 1, kWater = 77, kSlabs = 121, kKerb = 161, kAsphalt = 209, kCentreDash = 241, kZebra = 285,
               kArrow = 297, kBoxJunction = 305, kFlatRoof = 365, kTarRoof = 437, kParapet = 549, kBrick = 661,
-              kWindows = 761, kShopFront = 841, kMetalFloor = 929, kHedge = 953;
+              kWindows = 761, kShopFront = 841, kWoodFloor = 905, kMetalFloor = 929, kHedge = 953;
 constexpr int kGround = 1, kRoadGround = 1, kPavementGround = 2, kFieldGround = 3;
 constexpr int kTownFrom = 80, kTownTo = 176, kRoadEvery = 16;
 
@@ -89,10 +89,11 @@ void Building(Grid& g, const Lot& lot, int levels, int wall, int roof) {
                 if (y == lot.y + lot.h - 1) b.bottom = Side(face + static_cast<int>(Pick(y, z + 1, 4)));
                 b.slope = Slope(z == kGround ? kPavementGround : 0);
                 const bool edge = x == lot.x || y == lot.y || x == lot.x + lot.w - 1 || y == lot.y + lot.h - 1;
+                // Under the roof, the ground floor: what a level cut shows.
                 if (z == kGround + levels - 1)
                     b.lid = Lid(edge ? kParapet : roof, levels % 4, false, false, 0);
                 else
-                    b.lid = 0;
+                    b.lid = z == kGround ? Lid(kWoodFloor + static_cast<int>(Pick(x, y, 4)), 3) : 0;
             }
     // The roof's parapet edges face outwards.
     const int top = kGround + levels - 1;

@@ -268,7 +268,8 @@ int main(int argc, char* argv[]) {
     }
     const LinkAfterFirstPaint link(window.picMain);
     window.show();
-    if (!mapFile.isEmpty()) QTimer::singleShot(0, &window, [&window, mapFile] { window.Map()->Open(mapFile); });
+    // The map opens beside the window once the desktop has placed it.
+    if (!mapFile.isEmpty()) QTimer::singleShot(kSettleMs, &window, [&window, mapFile] { window.Map()->Open(mapFile); });
     const int code = app.exec();
     shown = nullptr;
     return code;
