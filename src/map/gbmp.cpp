@@ -197,8 +197,8 @@ std::vector<Found> SplitChunks(std::span<const std::uint8_t> bytes, const std::s
                           " is cut short by the end of the file"};
         const std::string type(bytes.begin() + static_cast<std::ptrdiff_t>(at),
                                bytes.begin() + static_cast<std::ptrdiff_t>(at) + 4);
-        const std::size_t size =
-            bytes[at + 4] | bytes[at + 5] << 8 | bytes[at + 6] << 16 | static_cast<std::size_t>(bytes[at + 7]) << 24;
+        std::size_t size = 0;
+        for (int i = 3; i >= 0; --i) size = size << 8 | bytes[at + 4 + static_cast<std::size_t>(i)];
         at += 8;
         if (size > bytes.size() - at)
             throw Refusal{name + ": the " + type + " chunk at byte " + std::to_string(at - 8) + " claims " +
