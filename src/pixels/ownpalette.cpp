@@ -4,6 +4,8 @@
 #include <cctype>
 
 #include "pixels/checks.h"
+#include "pixels/exportnames.h"
+#include "pixels/paletteusage.h"
 #include "pixels/pictureimport.h"
 #include "style/messages.h"
 #include "style/moddeclares.h"
@@ -36,6 +38,21 @@ std::optional<std::int16_t> FreePalette(const clsSTY& doc, const std::vector<int
     return std::nullopt;
 }
 
+// How many remaps recolour sprite s: its car record's, or those of its group.
+std::size_t RemapsOf(std::int32_t s) {
+    const auto& groups = modDeclares::STYSpriteBase;
+    if (s < groups[0]) {
+        const int record = paletteusage::CarRecordOfSprite(s);
+        return record < 0 ? 0 : modDeclares::STYCarInfo[static_cast<std::size_t>(record)].remaps.size();
+    }
+    std::int32_t first = groups[0];
+    for (std::size_t g = 1; g < groups.size(); ++g) {
+        if (s < first + groups[g]) return static_cast<std::size_t>(std::max<std::int16_t>(modDeclares::STYPalBase[2 + g], 0));
+        first += groups[g];
+    }
+    return 0;
+}
+
 }  // namespace
 
 std::string Describe(const Target& target) {
@@ -61,6 +78,14 @@ Plan PlanFor(const clsSTY& doc, const Target& target) {
     const bool tile = target.kind == TargetKind::Tile;
     if (tile ? !pixelchecks::TileExists(doc, target.number) : !pixelchecks::SpriteExists(doc, target.number))
         return refuse("There is no " + Describe(target) + ".");
+    // A remap is a whole palette that recolours the sprite by its colour
+    // numbers: new numbers would draw every remap as noise, and the remaps'
+    // palettes are shared by other sprites.
+    if (const std::size_t remaps = tile ? 0 : RemapsOf(target.number); remaps > 0)
+        return refuse(exportnames::SpriteCaption(modDeclares::STYSpriteBase, target.number) + " (" + Describe(target) +
+                      ") has " + std::to_string(remaps) + (remaps == 1 ? " remap" : " remaps") +
+                      ", which recolour it by its colour numbers: with a palette of its own they would draw as "
+                      "noise. It can take the nearest colours of its palette.");
     Place place;
     place.entry = tile ? target.number : static_cast<std::int32_t>(palettebases::SpriteEntry(target.number));
     const auto from = pixelchecks::PhysicalPalette(place.entry);

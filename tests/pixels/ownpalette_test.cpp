@@ -166,7 +166,26 @@ INSTANTIATE_TEST_SUITE_P(
                                   // Every palette holds colours, so none is free.
                                   Palettes(d, ownpalette::kMostPalettes, true);
                               },
-                              "no room for another palette"}),
+                              "no room for another palette"},
+                      // A remap recolours by colour numbers: new numbers would scramble every remap.
+                      Refusal{"CarWithRemaps",
+                              {TargetKind::Sprite, 1},
+                              [](clsSTY&) {
+                                  STYSpriteBase[0] = 3;
+                                  STYCarInfo.resize(2);
+                                  STYCarInfo[0].sprite = 1;
+                                  STYCarInfo[1].sprite = 1;
+                                  STYCarInfo[1].remaps = {0, 1};
+                              },
+                              "Car: 2 (sprite 1) has 2 remaps"},
+                      Refusal{"PedsRemapped",
+                              {TargetKind::Sprite, 2},
+                              [](clsSTY&) {
+                                  STYSpriteBase[0] = 1;
+                                  STYSpriteBase[1] = 4;
+                                  STYPalBase[3] = 1;
+                              },
+                              "has 1 remap,"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // The pixels go first: a picture that does not fit leaves the palettes as
