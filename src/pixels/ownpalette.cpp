@@ -47,7 +47,8 @@ std::size_t RemapsOf(std::int32_t s) {
     }
     std::int32_t first = groups[0];
     for (std::size_t g = 1; g < groups.size(); ++g) {
-        if (s < first + groups[g]) return static_cast<std::size_t>(std::max<std::int16_t>(modDeclares::STYPalBase[2 + g], 0));
+        if (s < first + groups[g])
+            return static_cast<std::size_t>(std::max<std::int16_t>(modDeclares::STYPalBase[2 + g], 0));
         first += groups[g];
     }
     return 0;

@@ -44,6 +44,7 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     ombrevale::workbench::UseWindowsFontMetrics();
     QFont font(QStringLiteral("Microsoft Sans Serif"));
     font.setPointSizeF(8.25);
+    font.setStretch(ombrevale::workbench::WindowsFontStretch());
     setFont(font);
     setWindowTitle(QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
     setWindowIcon(imgToolBar::WindowIcon());
@@ -136,7 +137,9 @@ void frmSTY2::BuildOtherPages() {
     auto* palettes = new QWidget;
     MainTab->addTab(palettes, QStringLiteral("Palettes"));
     lstPalettes = new QListWidget(palettes);
-    lstPalettes->setFont(QFont(QStringLiteral("Microsoft Sans Serif"), 9));
+    QFont listFont(QStringLiteral("Microsoft Sans Serif"), 9);
+    listFont.setStretch(ombrevale::workbench::WindowsFontStretch());
+    lstPalettes->setFont(listFont);
     Place(lstPalettes, 120, 120, 1665, 4335);
     picPalette = new PictureBox(palettes);
     Place(picPalette, 1860, 120, 1305, 4470);

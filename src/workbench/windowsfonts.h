@@ -7,5 +7,8 @@ namespace ombrevale::workbench {
 
 // Safe to call more than once; only the first call does anything.
 void UseWindowsFontMetrics();
+// The stretch (percent) that gives the window's font MS Sans Serif's widths: 100
+// where its own bitmaps draw, narrower for the outline font at another scale.
+int WindowsFontStretch();
 
 }  // namespace ombrevale::workbench
