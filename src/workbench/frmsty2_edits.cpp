@@ -51,7 +51,16 @@ bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, co
 
 bool frmSTY2::RecordEdits(const std::vector<std::pair<Kind, std::int32_t>>& parts, const QString& text,
                           const std::function<bool()>& change) {
-    if (busy_ || !keptView_->MayReplace()) return false;
+    if (busy_) {
+        // The change may hold on to what its caller had: it cannot wait for the job, so it is refused aloud.
+        MsgBox(("The style is being loaded, drawn or saved, so " + text +
+                " was not made. Make it again when that "
+                "ends.")
+                   .toStdString(),
+               "Ombrevale", MsgIcon::Exclamation);
+        return false;
+    }
+    if (!keptView_->MayReplace()) return false;
     return edits_->Record(parts, text, change);
 }
 

@@ -636,7 +636,8 @@ private slots:
     void eventsDuringRefresh_data() {
         QTest::addColumn<QString>("phase");
         QTest::addColumn<QString>("what");
-        for (const char* what : {"refresh", "click", "key", "sprite", "palette", "text", "redo", "saveas", "open"})
+        for (const char* what :
+             {"refresh", "click", "key", "sprite", "palette", "text", "redo", "saveas", "open", "colour", "recycle"})
             for (const char* phase : {"Loading Section PPAL", "Rendering"})
                 QTest::addRow("%s/%s", phase, what) << phase << what;
     }
@@ -668,10 +669,26 @@ private slots:
             // Commands that change or write the document, or start a job, are passed over.
             if (what == "redo") QTest::keyClick(W().picMain, Qt::Key_Y, Qt::ControlModifier);
             if (what == "saveas" || what == "open") W().tlbMain_ButtonClick(what);
+            // An edit is refused aloud: nothing changes, and the user hears why.
+            if (what == "colour") {
+                W().lstPalettes->setCurrentRow(2);
+                W().txtIdx->setText(QStringLiteral("7"));
+                for (QLineEdit* e : {W().txtRed, W().txtGreen, W().txtBlue}) e->setText(QStringLiteral("9"));
+                W().lblColour_Click();
+            }
+            if (what == "recycle") {
+                W().lstRecy->setCurrentRow(0);
+                W().cmdRecyRemove_Click();
+            }
         };
+        std::vector<std::string> told;
+        h.msgBox = [&](const std::string& text, const std::string&, MsgIcon) { told.push_back(text); };
         ScopedDocumentHooks scoped(h);
         W().cmdGen_Click();
         QCOMPARE(inner, 1);
+        const bool edit = what == "colour" || what == "recycle";
+        QCOMPARE(told.size(), std::size_t(edit ? 1 : 0));
+        if (edit) QVERIFY2(QString::fromStdString(told[0]).contains(QStringLiteral("was not made")), told[0].c_str());
         QVERIFY(ombrevale::testsupport::TakeSnapshot(W().Sty()) == cleanStores);
         QCOMPARE(W().picMain->image(), cleanSheet);
         QVERIFY(folders_.isEmpty());
