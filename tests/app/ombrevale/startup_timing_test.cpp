@@ -37,10 +37,11 @@ fs::path NoRoomUnder(const fs::path& base) {
 }
 
 // The start's environment: its runtime folder, private as a session's is (else Qt makes
-// one of its own in the temporary folder), and its own temporary folder.
-QProcessEnvironment Places(const fs::path& runtime, const fs::path& tmp) {
+// one of its own in the temporary folder), its own temporary folder and state folder.
+QProcessEnvironment Places(const fs::path& runtime, const fs::path& tmp, const fs::path& state) {
     fs::permissions(runtime, fs::perms::owner_all, fs::perm_options::replace);
     auto env = QProcessEnvironment::systemEnvironment();
+    env.insert("XDG_STATE_HOME", QString::fromStdString(state.string()));
     env.insert("XDG_RUNTIME_DIR", QString::fromStdString(runtime.string()));
     env.insert("TMPDIR", QString::fromStdString(tmp.string()));
     return env;
@@ -49,7 +50,7 @@ QProcessEnvironment Places(const fs::path& runtime, const fs::path& tmp) {
 class StartupTiming : public ::testing::TestWithParam<Folder> {};
 
 TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
-    ombrevale::testsupport::TempDir start, runtimeBase, tmp, elsewhere;
+    ombrevale::testsupport::TempDir start, runtimeBase, tmp, elsewhere, state;
     // With no room in the runtime folder the working folder goes to the temporary one.
     const fs::path runtime =
         GetParam() == Folder::NoRoomInRuntimeFolder ? NoRoomUnder(runtimeBase.path()) : runtimeBase.path();
@@ -61,7 +62,7 @@ TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
     fs::copy_file(OMBREVALE_SAMPLE, start.path() / "style.sty");
     QProcess app;
     app.setWorkingDirectory(QString::fromStdString(start.path().string()));
-    app.setProcessEnvironment(Places(runtime, tmp.path()));
+    app.setProcessEnvironment(Places(runtime, tmp.path(), state.path()));
     const long long before = WallNs();
     app.start(OMBREVALE_WINDOW, {"style.sty"});  // named from the start folder
     ASSERT_TRUE(app.waitForFinished(50000));
@@ -98,6 +99,7 @@ TEST_P(Signals, TerminatedTheProgramEndsAndRemovesItsFolder) {
     qputenv("XDG_RUNTIME_DIR", runtime.path().c_str());
     auto env = QProcessEnvironment::systemEnvironment();
     env.remove("OMBREVALE_STARTUP_TIMING");  // else it would end by itself
+    env.insert("XDG_STATE_HOME", QString::fromStdString(files.File("state")));
     app.setProcessEnvironment(env);
     app.start(OMBREVALE_WINDOW, {QString::fromStdString(style)});
     const auto started = [&runtime, damaged] {
@@ -119,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(AtStart, Signals, ::testing::Values(false, true));
 // Folders left by a process that has ended go at the next start, in both places; a link is not
 // followed, and the folder of a process that runs stays, as does a link of such a name.
 TEST(Start, RemovesTheFoldersOfEndedRuns) {
-    ombrevale::testsupport::TempDir runtime, tmp, elsewhere;
+    ombrevale::testsupport::TempDir runtime, tmp, elsewhere, state;
     QProcess ended;
     ended.start("true");
     ASSERT_TRUE(ended.waitForStarted());
@@ -139,7 +141,7 @@ TEST(Start, RemovesTheFoldersOfEndedRuns) {
     const fs::path link = runtime.path() / ("ombrevale-" + gone + "-LiNk00");
     fs::create_directory_symlink(elsewhere.path(), link);
     QProcess app;
-    app.setProcessEnvironment(Places(runtime.path(), tmp.path()));
+    app.setProcessEnvironment(Places(runtime.path(), tmp.path(), state.path()));
     app.start(OMBREVALE_WINDOW, {OMBREVALE_SAMPLE});
     ASSERT_TRUE(app.waitForFinished(50000));
     for (const fs::path& folder : stale) EXPECT_FALSE(fs::exists(fs::symlink_status(folder))) << folder;
