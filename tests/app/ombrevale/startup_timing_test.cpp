@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -87,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, StartupTiming,
                                            Folder::NoRoomInRuntimeFolder));
 
 // Ended by a signal (a logout, a kill), the program ends within two seconds
-// whatever it shows, and still takes its folder with it.
+// whatever it shows, with the status the signal gives, and still takes its folder with it.
 class Signals : public ::testing::TestWithParam<bool> {};
 
 TEST_P(Signals, TerminatedTheProgramEndsAndRemovesItsFolder) {
@@ -113,6 +114,7 @@ TEST_P(Signals, TerminatedTheProgramEndsAndRemovesItsFolder) {
     app.terminate();
     ASSERT_TRUE(app.waitForFinished(2000));
     EXPECT_EQ(app.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(app.exitCode(), 128 + SIGTERM);
     EXPECT_TRUE(fs::is_empty(runtime.path()));
 }
 
