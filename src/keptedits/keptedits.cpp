@@ -13,6 +13,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLockFile>
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
@@ -42,8 +43,14 @@ private:
     int fd_;
 };
 
+// The same file under another name, or through a link, is the same entry.
+std::string Canonical(const std::string& path) {
+    const QString canonical = QFileInfo(QString::fromStdString(path)).canonicalFilePath();
+    return canonical.isEmpty() ? path : canonical.toStdString();
+}
+
 std::string Key(const std::string& stylePath) {
-    return QCryptographicHash::hash(QByteArray::fromStdString(stylePath), QCryptographicHash::Sha1)
+    return QCryptographicHash::hash(QByteArray::fromStdString(Canonical(stylePath)), QCryptographicHash::Sha1)
         .toHex()
         .left(24)
         .toStdString();
@@ -90,18 +97,20 @@ bool WriteAll(int fd, const std::uint8_t* data, std::size_t n) {
 }
 
 // Written whole under a name no one else uses, then renamed over the old one.
-Outcome Replace(int dir, const std::string& name, const std::uint8_t* data, std::size_t n) {
+// A failure names the folder, not the fresh name: one cause reads the same each time.
+Outcome Replace(int dir, const std::string& folder, const std::string& name, const std::uint8_t* data, std::size_t n) {
     static std::atomic<unsigned> counter{0};
     const std::string temp = "." + name + "." + std::to_string(::getpid()) + "-" + std::to_string(counter++);
+    const std::string failed = "cannot write in " + folder;
     Fd out(::openat(dir, temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
-    if (!out.ok()) return Fails("cannot make " + temp);
+    if (!out.ok()) return Fails(failed);
     if (!WriteAll(out.get(), data, n) || ::fsync(out.get()) != 0) {
-        const Outcome problem = Fails("cannot write " + temp);
+        const Outcome problem = Fails(failed);
         ::unlinkat(dir, temp.c_str(), 0);
         return problem;
     }
     if (::renameat(dir, temp.c_str(), dir, name.c_str()) != 0) {
-        const Outcome problem = Fails("cannot rename " + temp + " to " + name);
+        const Outcome problem = Fails(failed);
         ::unlinkat(dir, temp.c_str(), 0);
         return problem;
     }
@@ -181,10 +190,10 @@ std::string Describe(const Entry& entry) {
     }
     if (entry.edits.size() > 2) texts << QStringLiteral("…");
     const auto n = entry.edits.size();
+    // One pass: a name or an edit's text may hold "%1" itself.
     return QStringLiteral("Unsaved edits of %1 from %2 (%3 %4: %5)")
-        .arg(name, when)
-        .arg(n)
-        .arg(n == 1 ? QStringLiteral("edit") : QStringLiteral("edits"), texts.join(QStringLiteral(", ")))
+        .arg(name, when, QString::number(n), n == 1 ? QStringLiteral("edit") : QStringLiteral("edits"),
+             texts.join(QStringLiteral(", ")))
         .toStdString();
 }
 
@@ -202,9 +211,9 @@ Outcome Store::Keep(const Entry& entry, const std::vector<std::uint8_t>& documen
     if (!dir.ok()) return Fails("the folder " + folder_ + " cannot be used");
     const std::string key = Key(entry.from.path);
     // The document goes first: a note on disk always has its document.
-    if (auto problem = Replace(dir.get(), key + ".sty", document.data(), document.size())) return problem;
+    if (auto problem = Replace(dir.get(), folder_, key + ".sty", document.data(), document.size())) return problem;
     const QByteArray note = NoteOf(entry);
-    return Replace(dir.get(), key + ".json", reinterpret_cast<const std::uint8_t*>(note.constData()),
+    return Replace(dir.get(), folder_, key + ".json", reinterpret_cast<const std::uint8_t*>(note.constData()),
                    static_cast<std::size_t>(note.size()));
 }
 
@@ -222,7 +231,7 @@ std::optional<Entry> Store::Find(const std::string& stylePath) const {
     std::vector<std::uint8_t> note;
     if (!dir.ok() || !ReadAll(dir.get(), Key(stylePath) + ".json", note)) return std::nullopt;
     auto entry = EntryOf(note);
-    if (entry && entry->from.path != stylePath) return std::nullopt;
+    if (entry && Canonical(entry->from.path) != Canonical(stylePath)) return std::nullopt;
     return entry;
 }
 
@@ -250,8 +259,18 @@ Outcome Store::ReadDocument(const std::string& stylePath, std::vector<std::uint8
 
 std::string Store::DocumentPath(const std::string& stylePath) const { return folder_ + "/" + Key(stylePath) + ".sty"; }
 
-Writer::Writer(Store store, std::function<void(const std::string&)> onProblem)
-    : store_(std::move(store)), onProblem_(std::move(onProblem)), thread_([this] { Work(); }) {}
+std::unique_ptr<QLockFile> Store::Own(const std::string& stylePath) const {
+    Fd dir(OpenOwnFolder(folder_, true));
+    if (!dir.ok()) return nullptr;
+    auto lock = std::make_unique<QLockFile>(QString::fromStdString(folder_ + "/" + Key(stylePath) + ".lock"));
+    // Only a lock whose process has ended is stale, however old it is.
+    lock->setStaleLockTime(0);
+    lock->tryLock();
+    return lock;
+}
+
+Writer::Writer(Store store, std::function<void(const Outcome&)> onDone)
+    : store_(std::move(store)), onDone_(std::move(onDone)), thread_([this] { Work(); }) {}
 
 Writer::~Writer() {
     {
@@ -293,7 +312,7 @@ void Writer::Work() {
         running_ = true;
         lock.unlock();
         const Outcome problem = job.entry ? store_.Keep(*job.entry, job.document) : store_.Discard(job.path);
-        if (problem && onProblem_) onProblem_(problem->text);
+        if (onDone_) onDone_(problem);
         lock.lock();
         running_ = false;
         cv_.notify_all();

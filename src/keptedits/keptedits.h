@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -17,6 +18,8 @@
 #include <vector>
 
 #include "style/problem.h"
+
+class QLockFile;
 
 namespace ombrevale::keptedits {
 
@@ -59,6 +62,10 @@ public:
     Outcome ReadDocument(const std::string& stylePath, std::vector<std::uint8_t>& out) const;
     // The kept document's own file, for a load that reads it in place.
     std::string DocumentPath(const std::string& stylePath) const;
+    // The entry of stylePath for this process alone while the lock lives: one
+    // window keeps it, no other offers or touches it. Not locked, with
+    // LockFailedError: another running process owns it. None: the folder cannot be used.
+    std::unique_ptr<QLockFile> Own(const std::string& stylePath) const;
 
 private:
     std::string folder_;
@@ -68,8 +75,8 @@ private:
 // disk; the newest request for a path replaces one that has not run yet.
 class Writer {
 public:
-    // onProblem runs on the writer's thread, once for each failure.
-    Writer(Store store, std::function<void(const std::string&)> onProblem);
+    // onDone runs on the writer's thread after each job, with what went wrong if anything did.
+    Writer(Store store, std::function<void(const Outcome&)> onDone);
     ~Writer();
     Writer(const Writer&) = delete;
     Writer& operator=(const Writer&) = delete;
@@ -89,7 +96,7 @@ private:
     void Work();
 
     Store store_;
-    std::function<void(const std::string&)> onProblem_;
+    std::function<void(const Outcome&)> onDone_;
     std::mutex m_;
     std::condition_variable cv_;
     std::deque<Job> jobs_;

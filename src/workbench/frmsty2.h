@@ -39,6 +39,7 @@ class MapSheet;
 class PaletteUsageWindow;
 class StyleEdits;
 class SurfaceView;
+struct WholeDocument;
 class ZoomLens;
 }  // namespace ombrevale::workbench
 namespace ombrevale::picturefile {
@@ -220,7 +221,9 @@ private:
     void ToolbarExport();
     void ToolbarImport();
     // Reads file into an empty document; one that does not load leaves the window's as it was.
-    bool LoadAfresh(const std::string& file, LoadReport& report);
+    // previous, if given, takes the document a load replaces.
+    bool LoadAfresh(const std::string& file, LoadReport& report,
+                    ombrevale::workbench::WholeDocument* previous = nullptr);
     void RefillAfterOpen();
     // Where file dialogs start: the folder of the style in the window.
     QString DialogFolder() const;

@@ -14,11 +14,21 @@ void frmSTY2::WireKeptEdits() {
     KeptEditsView::Window window;
     window.path = [this] { return panesStylePath_; };
     window.busy = [this] { return busy_; };
-    window.load = [this](const std::string& file, LoadReport& report) { return LoadAfresh(file, report); };
-    window.refill = [this] {
+    window.load = [this](const std::string& file, LoadReport& report, ombrevale::workbench::WholeDocument& previous) {
+        return LoadAfresh(file, report, &previous);
+    };
+    const auto refill = [this] {
         causesTold_.clear();
         RefillAfterOpen();
     };
+    window.swap = [this, refill](ombrevale::workbench::WholeDocument& other) {
+        std::swap(Sty(), other.doc);
+        modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
+        modDeclares::RestoreSharedStores(std::move(other.shared));
+        other.shared = std::move(shared);
+        refill();
+    };
+    window.refill = refill;
     keptView_ = new KeptEditsView(kept_, std::move(window), picCont,
                                   qobject_cast<QWidget*>(actions_.save->associatedObjects().value(0)), this);
 }

@@ -192,7 +192,7 @@ void frmSTY2::OpenStyle(const QString& path) {
     keptView_->Offer(file);
 }
 
-bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report) {
+bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report, ombrevale::workbench::WholeDocument* previous) {
     // The file is read into an empty document, as at a start on it; one that
     // does not load puts back the style in memory, unsaved changes and all.
     clsSTY before = std::move(Sty());
@@ -202,6 +202,7 @@ bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report) {
     SetBusy(true);
     const bool loaded = Sty().LoadSTY(file, report);
     SetBusy(false);
+    if (loaded && previous) *previous = {std::move(before), std::move(shared)};
     if (loaded) return true;
     Sty() = std::move(before);
     modDeclares::RestoreSharedStores(std::move(shared));
@@ -228,6 +229,9 @@ void frmSTY2::ToolbarSave(bool askName) {
                    .toStdString();
         if (path.empty()) return;
     }
+    // An edit made just now is kept before the save starts: an end during the
+    // save finds the pending copy busy and cannot write it.
+    KeepEditsNow();
     // SaveSTY keeps the former file as .bak and tells the user of any failure.
     SetBusy(true);
     const bool saved = Sty().SaveSTY(path);

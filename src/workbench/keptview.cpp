@@ -30,6 +30,7 @@ KeptEditsView::KeptEditsView(KeptCopy* kept, Window window, QWidget* sheetPage, 
         "QLabel { background: #c8102e; color: white; border-radius: 6px; font-size: 8px; font-weight: bold; }"));
     badge_->hide();
     connect(kept_, &KeptCopy::UnsavedChanged, this, [this](bool unsaved, int edits) { ShowUnsaved(unsaved, edits); });
+    connect(kept_, &KeptCopy::OfferGone, offer_, &QWidget::hide);
     new PanesEventTap(saveButton, QEvent::Resize,
                       [this](QEvent*) { ShowUnsaved(kept_->Unsaved(), kept_->EditCount()); });
     connect(kept_, &KeptCopy::Problem, this, [](const QString& why) {
@@ -44,7 +45,8 @@ void KeptEditsView::ShowUnsaved(bool unsaved, int edits) {
     if (!unsaved) return;
     badge_->setText(edits > 99 ? QStringLiteral("99+") : QString::number(edits));
     badge_->setToolTip((edits == 1 ? QStringLiteral("1 unsaved edit") : QStringLiteral("%1 unsaved edits").arg(edits)) +
-                       QStringLiteral(", kept on disk until saved (%1)")
+                       (kept_->Keeping() ? QStringLiteral(", kept on disk until saved (%1)")
+                                         : QStringLiteral(", not kept on disk: save them (%1)"))
                            .arg(QKeySequence(QKeySequence::Save).toString(QKeySequence::NativeText)));
     const int side = 12;
     badge_->resize(std::max(side, badge_->fontMetrics().horizontalAdvance(badge_->text()) + 6), side);
@@ -54,6 +56,15 @@ void KeptEditsView::ShowUnsaved(bool unsaved, int edits) {
 }
 
 void KeptEditsView::Offer(const std::string& path) {
+    if (kept_->OwnedElsewhere()) {
+        kept_->SetOffered(false);
+        offer_->hide();
+        MsgBox(path +
+                   " is open in another Ombrevale window, which keeps its unsaved edits. Edits made here are not "
+                   "kept on disk until you save them.",
+               "Ombrevale", MsgIcon::Information);
+        return;
+    }
     const auto entry = kept_->store().Find(path);
     kept_->SetOffered(entry.has_value());
     if (!entry) {
@@ -83,14 +94,15 @@ void KeptEditsView::Restore() {
                          .arg(QString::fromStdString(path))))
         return;
     LoadReport report;
-    if (!window_.load(kept_->store().DocumentPath(path), report)) {
+    WholeDocument previous;
+    if (!window_.load(kept_->store().DocumentPath(path), report, previous)) {
         MsgBox("The kept edits of " + path + " cannot be read: " + report.problem->text + ". Nothing was changed.",
                "Ombrevale", MsgIcon::Exclamation);
         return;
     }
     offer_->hide();
-    kept_->Restored(*entry);
     window_.refill();
+    kept_->Restored(*entry, std::move(previous), window_.swap);
 }
 
 void KeptEditsView::Discard() {
@@ -110,8 +122,6 @@ bool KeptEditsView::MayReplace() {
                            "one? (No leaves them on offer: Restore brings them back first.)")
                 .arg(offer_->Text())))
         return false;
-    kept_->Discard(window_.path());
-    Withdraw();
     return true;
 }
 

@@ -16,6 +16,7 @@ namespace ombrevale::workbench {
 
 class KeptCopy;
 class KeptOffer;
+struct WholeDocument;
 
 class KeptEditsView : public QObject {
 public:
@@ -23,8 +24,11 @@ public:
         // The style the window holds, as Save writes it.
         std::function<std::string()> path;
         std::function<bool()> busy;
-        // Reads file into an empty document; false leaves the window's as it was.
-        std::function<bool(const std::string& file, LoadReport& report)> load;
+        // Reads file into an empty document, the one it replaces handed out as
+        // previous; false leaves the window's as it was.
+        std::function<bool(const std::string& file, LoadReport& report, WholeDocument& previous)> load;
+        // Trades the window's document for the one given, which gets the window's; every pane shows it.
+        std::function<void(WholeDocument& other)> swap;
         // Every pane shows the document just loaded.
         std::function<void()> refill;
     };
@@ -36,6 +40,7 @@ public:
     void Discard();
     // An edit while earlier kept edits are on offer would take their place on
     // disk: the user says first whether they may go. False: the edit waits.
+    // They go only once an edit has been made.
     bool MayReplace();
     KeptOffer* OfferBar() const { return offer_; }
     QLabel* Badge() const { return badge_; }

@@ -61,6 +61,26 @@ TEST_F(KeptEdits, LinksAreNeverFollowed) {
     EXPECT_FALSE(fs::is_symlink(kept));
 }
 
+// The file reached through a link, or by a path of other spelling, is the same entry.
+TEST_F(KeptEdits, EntriesAreThoseOfTheFileItself) {
+    const std::string link = dir.File("link.sty");
+    fs::create_symlink(style, link);
+    ASSERT_FALSE(store.Keep(Made({"x"}), {9}));
+    ASSERT_TRUE(store.Find(link));
+    ASSERT_TRUE(store.Find(dir.File("./city.sty")));
+    ASSERT_FALSE(store.Discard(link));
+    EXPECT_FALSE(store.Find(style));
+}
+
+// A name or an edit's text may hold what reads as the place of an argument.
+TEST_F(KeptEdits, DescribeTakesTextAsItIs) {
+    style = dir.File("100%1.sty");
+    ombrevale::stylewriter::WriteFile(style, {1});
+    const std::string text = Describe(Made({"import %5 into tile %1", "b", "c"}));
+    EXPECT_EQ(text.rfind("Unsaved edits of 100%1.sty from ", 0), 0u) << text;
+    EXPECT_NE(text.find("(3 edits: Import %5 into tile %1, B, "), std::string::npos) << text;
+}
+
 TEST_F(KeptEdits, ChangedSinceLooksAtTheBytes) {
     const Entry entry = Made({"x"});
     EXPECT_FALSE(ChangedSince(entry));

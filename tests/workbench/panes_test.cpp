@@ -4,8 +4,11 @@
 // control must reach the right call with the right numbers and show the result.
 #include <QtTest>
 #include <QtWidgets>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+
+#include <sys/resource.h>
 
 #include "activewindow.h"
 #include "style/fonts.h"
@@ -128,6 +131,25 @@ class PanesTest : public QObject {
         QTest::keyClick(on, key, Qt::ControlModifier);
     }
     QPoint CellCentre(int t) { return {t % W().Cols() * 64 + 32, t / W().Cols() * 64 + 32}; }
+    // A copy of the sample in a window of its own, its path.
+    std::string OpenCopy() {
+        const std::string path = dir_.File("kept.sty");
+        std::filesystem::copy_file(OMBREVALE_SAMPLE, path, std::filesystem::copy_options::overwrite_existing);
+        w_.reset();
+        w_ = std::make_unique<frmSTY2>(path);
+        return path;
+    }
+    // The document kept for path once every write asked for is done; empty: none.
+    std::vector<std::uint8_t> Kept(const std::string& path) {
+        W().KeepEditsNow();
+        std::vector<std::uint8_t> bytes;
+        return W().Kept()->store().ReadDocument(path, bytes) ? std::vector<std::uint8_t>() : bytes;
+    }
+    void AddRecycled(const char* number) {
+        reply_ = QString::fromLatin1(number);
+        W().cmdRecyAdd_Click();
+    }
+    bool Offered() { return W().KeptView()->OfferBar()->isVisibleTo(&W()); }
 
     State Now() {
         return {ombrevale::testsupport::TakeSnapshot(W().Sty()),
@@ -220,6 +242,7 @@ private slots:
              }});
     }
     void init() {
+        w_.reset();  // else the new window finds the style open in the old one
         w_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
         answers_ = folders_ = {};
         reply_.reset();
@@ -553,15 +576,9 @@ private slots:
     // goes when the style is back at its saved state; a Refresh leaves it to
     // be offered, Restore brings it back unsaved, Ctrl+S saves it.
     void keptEdits() {
-        const std::string path = dir_.File("kept.sty");
-        std::filesystem::copy_file(OMBREVALE_SAMPLE, path, std::filesystem::copy_options::overwrite_existing);
-        w_ = std::make_unique<frmSTY2>(path);
+        const std::string path = OpenCopy();
         const auto& store = W().Kept()->store();
-        const auto kept = [&] {
-            W().KeepEditsNow();
-            std::vector<std::uint8_t> bytes;
-            return store.ReadDocument(path, bytes) ? std::vector<std::uint8_t>() : bytes;
-        };
+        const auto kept = [&] { return Kept(path); };
         Make(Edit::Tile);
         const auto edited = W().Sty().SavedBytes();
         QTRY_VERIFY_WITH_TIMEOUT(store.Find(path).has_value(), 1000);
@@ -589,15 +606,117 @@ private slots:
         W().KeptView()->OfferBar()->RestoreButton()->click();
         QVERIFY(W().Sty().SavedBytes() != edited && W().KeptView()->OfferBar()->isVisibleTo(&W()));
         yes_ = true;
+        const auto loaded = W().Sty().SavedBytes();
         W().KeptView()->OfferBar()->RestoreButton()->click();
         QVERIFY(W().Sty().SavedBytes() == edited && !W().KeptView()->OfferBar()->isVisibleTo(&W()));
         QVERIFY(W().KeptView()->Badge()->isVisibleTo(&W()) && kept() == edited);
+        // The Restore is one step of the history.
+        W().UndoStack()->undo();
+        QVERIFY(W().Sty().SavedBytes() == loaded && !W().KeptView()->Badge()->isVisibleTo(&W()));
+        W().UndoStack()->redo();
+        QVERIFY(W().Sty().SavedBytes() == edited && W().KeptView()->Badge()->text() == "1" && kept() == edited);
         W().show();
         W().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&W()));
         QTest::keyClick(&W(), Qt::Key_S, Qt::ControlModifier);
         QVERIFY(kept().empty() && !W().KeptView()->Badge()->isVisibleTo(&W()));
         QVERIFY(ombrevale::stylewriter::ReadFile(path) == edited);
+    }
+
+    // Offered edits stay on disk until an edit is made in their place, and on
+    // offer while the window holds their style: a Save, an edit that fails or a
+    // cancelled one leaves them.
+    void keptOfferStaysUntilAnEdit_data() {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<bool>("kept");
+        QTest::addColumn<bool>("offered");
+        QTest::newRow("save") << "save" << true << true;
+        QTest::newRow("save as") << "saveas" << true << false;
+        QTest::newRow("a JASC file cut short") << "import" << true << true;
+        QTest::newRow("import folder cancelled") << "folder" << true << true;
+        QTest::newRow("a recycling entry") << "recycle" << false << false;
+    }
+    void keptOfferStaysUntilAnEdit() {
+        QFETCH(QString, action);
+        QFETCH(bool, kept);
+        QFETCH(bool, offered);
+        const std::string path = OpenCopy();
+        AddRecycled("71");
+        const auto edited = Kept(path);
+        W().cmdGen_Click();
+        std::ofstream(dir_.File("short.pal")) << "JASC-PAL\n0100\n256\n1 2 3\n";
+        W().lstPalettes->setCurrentRow(1);
+        if (action == "folder")
+            W().ImportFolder();  // no folder chosen
+        else if (action == "recycle")
+            AddRecycled("72");
+        else {
+            answers_ = {F(action == "import" ? "short.pal" : "other.sty")};
+            Click(action.toLatin1());
+        }
+        QCOMPARE(Kept(path) == edited, kept);
+        QCOMPARE(Offered(), offered);
+    }
+
+    // A style open in two windows: the second neither offers nor touches the first's entry, and says so once.
+    void keptEntryHasOneOwner() {
+        const std::string path = OpenCopy();
+        AddRecycled("71");
+        const auto edited = Kept(path);
+        std::unique_ptr<frmSTY2> second;
+        QCOMPARE(Says([&] { second = std::make_unique<frmSTY2>(path); }), 1);
+        QVERIFY(!second->KeptView()->OfferBar()->isVisibleTo(second.get()));
+        reply_ = "72";
+        second->cmdRecyAdd_Click();
+        second->KeepEditsNow();
+        QVERIFY(!second->KeptView()->Badge()->toolTip().contains("kept on disk until"));
+        second.reset();
+        QVERIFY(Kept(path) == edited);
+    }
+
+    // A disk that refuses the copy is told once for its cause, and the badge stops saying it is kept.
+    void keptRefusedByTheDisk() {
+        OpenCopy();
+        std::signal(SIGXFSZ, SIG_IGN);  // the write fails with EFBIG, as a full disk fails it with ENOSPC
+        rlimit was{};
+        ::getrlimit(RLIMIT_FSIZE, &was);
+        const rlimit small{4096, was.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+        const int told = Says([&] {
+            for (const char* n : {"71", "72", "73"}) {
+                AddRecycled(n);
+                W().KeepEditsNow();
+                QCoreApplication::processEvents();
+            }
+        });
+        ::setrlimit(RLIMIT_FSIZE, &was);
+        QCOMPARE(told, 1);
+        QVERIFY(!W().KeptView()->Badge()->toolTip().contains("kept on disk until"));
+    }
+
+    // An edit just before Save is on disk as the save starts, so that an end
+    // during the save loses nothing; then the badge and the entry count the
+    // steps between the saved point and now, either way.
+    void keptAcrossSave() {
+        const std::string path = OpenCopy();
+        for (const char* n : {"71", "72", "73"}) AddRecycled(n);
+        const auto edited = W().Sty().SavedBytes();
+        std::vector<std::uint8_t> duringSave;
+        DocumentHooks hooks;
+        hooks.progressStart = [&](double, double, const std::string&) {
+            W().Kept()->store().ReadDocument(path, duringSave);
+        };
+        {
+            const ScopedDocumentHooks scoped(hooks);
+            W().tlbMain_ButtonClick(QStringLiteral("save"));
+        }
+        QVERIFY(duringSave == edited);
+        AddRecycled("74");
+        QCOMPARE(W().KeptView()->Badge()->text(), "1");
+        W().KeepEditsNow();
+        QCOMPARE(W().Kept()->store().Find(path)->edits, std::vector<std::string>{"add 74 to recycling"});
+        for (int i = 0; i < 3; ++i) W().UndoStack()->undo();
+        QCOMPARE(W().KeptView()->Badge()->text(), "2");
     }
 
     // A folder of the export's files goes in as one step: what differs changes, the rest stays, Undo takes all back.

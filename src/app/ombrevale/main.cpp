@@ -21,6 +21,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 #include <QSocketNotifier>
+#include <cerrno>
 #include <csignal>
 #endif
 #if defined(Q_OS_LINUX)
@@ -174,12 +175,13 @@ private:
 #if defined(Q_OS_UNIX)
 // A logout, a kill or Ctrl+C ends the program within moments whatever it is
 // doing, a message box on screen or a job running: the edits not yet kept are
-// written first, then the helper and the working folder go. The handler only
+// written first, then the helper and the working folder go, and the process
+// ends with the status the signal gives (128 + its number). The handler only
 // writes a byte; any event loop that runs, a message box's or a job's
 // included, reads it. Should none run, the alarm ends the process all the same.
 class EndOnSignals {
 public:
-    explicit EndOnSignals(std::function<void()> end) : end_(std::move(end)) {
+    explicit EndOnSignals(std::function<void(int status)> end) : end_(std::move(end)) {
         int fds[2];
         if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, fds) != 0) return;
         writeEnd_ = fds[0];
@@ -188,13 +190,17 @@ public:
             char byte = 0;
             [[maybe_unused]] const auto n = ::read(fd, &byte, 1);
             notifier_->setEnabled(false);
-            end_();
+            end_(128 + caught_);
         });
         struct sigaction sa = {};
-        sa.sa_handler = [](int) {
+        sa.sa_handler = [](int signal) {
+            // The code the signal interrupted may be about to read errno.
+            const int saved = errno;
+            if (caught_ == 0) caught_ = signal;
             const char byte = 1;
             [[maybe_unused]] const auto n = ::write(writeEnd_, &byte, 1);
             ::alarm(kLastResortS);
+            errno = saved;
         };
         sigemptyset(&sa.sa_mask);
         sa.sa_flags = SA_RESTART;
@@ -204,7 +210,8 @@ public:
 private:
     static constexpr unsigned kLastResortS = 2;
     static inline int writeEnd_ = -1;
-    std::function<void()> end_;
+    static inline volatile std::sig_atomic_t caught_ = 0;
+    std::function<void(int)> end_;
     std::unique_ptr<QSocketNotifier> notifier_;
 };
 #endif
@@ -243,13 +250,13 @@ int main(int argc, char* argv[]) {
     const ombrevale::workbench::WorkFolder work;
     frmSTY2* shown = nullptr;
 #if defined(Q_OS_UNIX)
-    const EndOnSignals endOnSignals([&work, &shown] {
+    const EndOnSignals endOnSignals([&work, &shown](int status) {
         if (shown) shown->KeepEditsNow();
 #if defined(Q_OS_LINUX)
         ombrevale::linkhelper::Shutdown();
 #endif
         if (!work.Path().isEmpty()) QDir(work.Path()).removeRecursively();
-        std::_Exit(0);
+        std::_Exit(status);
     });
 #endif
     if (!work.Problem().isEmpty()) MsgBox(work.Problem().toStdString(), "Ombrevale", MsgIcon::Exclamation);

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QProcess>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -37,10 +38,11 @@ fs::path NoRoomUnder(const fs::path& base) {
 }
 
 // The start's environment: its runtime folder, private as a session's is (else Qt makes
-// one of its own in the temporary folder), and its own temporary folder.
-QProcessEnvironment Places(const fs::path& runtime, const fs::path& tmp) {
+// one of its own in the temporary folder), its own temporary folder and state folder.
+QProcessEnvironment Places(const fs::path& runtime, const fs::path& tmp, const fs::path& state) {
     fs::permissions(runtime, fs::perms::owner_all, fs::perm_options::replace);
     auto env = QProcessEnvironment::systemEnvironment();
+    env.insert("XDG_STATE_HOME", QString::fromStdString(state.string()));
     env.insert("XDG_RUNTIME_DIR", QString::fromStdString(runtime.string()));
     env.insert("TMPDIR", QString::fromStdString(tmp.string()));
     return env;
@@ -49,7 +51,7 @@ QProcessEnvironment Places(const fs::path& runtime, const fs::path& tmp) {
 class StartupTiming : public ::testing::TestWithParam<Folder> {};
 
 TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
-    ombrevale::testsupport::TempDir start, runtimeBase, tmp, elsewhere;
+    ombrevale::testsupport::TempDir start, runtimeBase, tmp, elsewhere, state;
     // With no room in the runtime folder the working folder goes to the temporary one.
     const fs::path runtime =
         GetParam() == Folder::NoRoomInRuntimeFolder ? NoRoomUnder(runtimeBase.path()) : runtimeBase.path();
@@ -61,7 +63,7 @@ TEST_P(StartupTiming, DrawsTheSheetAndLeavesTheStartFolderAlone) {
     fs::copy_file(OMBREVALE_SAMPLE, start.path() / "style.sty");
     QProcess app;
     app.setWorkingDirectory(QString::fromStdString(start.path().string()));
-    app.setProcessEnvironment(Places(runtime, tmp.path()));
+    app.setProcessEnvironment(Places(runtime, tmp.path(), state.path()));
     const long long before = WallNs();
     app.start(OMBREVALE_WINDOW, {"style.sty"});  // named from the start folder
     ASSERT_TRUE(app.waitForFinished(50000));
@@ -86,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, StartupTiming,
                                            Folder::NoRoomInRuntimeFolder));
 
 // Ended by a signal (a logout, a kill), the program ends within two seconds
-// whatever it shows, and still takes its folder with it.
+// whatever it shows, with the status the signal gives, and still takes its folder with it.
 class Signals : public ::testing::TestWithParam<bool> {};
 
 TEST_P(Signals, TerminatedTheProgramEndsAndRemovesItsFolder) {
@@ -98,6 +100,7 @@ TEST_P(Signals, TerminatedTheProgramEndsAndRemovesItsFolder) {
     qputenv("XDG_RUNTIME_DIR", runtime.path().c_str());
     auto env = QProcessEnvironment::systemEnvironment();
     env.remove("OMBREVALE_STARTUP_TIMING");  // else it would end by itself
+    env.insert("XDG_STATE_HOME", QString::fromStdString(files.File("state")));
     app.setProcessEnvironment(env);
     app.start(OMBREVALE_WINDOW, {QString::fromStdString(style)});
     const auto started = [&runtime, damaged] {
@@ -111,6 +114,7 @@ TEST_P(Signals, TerminatedTheProgramEndsAndRemovesItsFolder) {
     app.terminate();
     ASSERT_TRUE(app.waitForFinished(2000));
     EXPECT_EQ(app.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(app.exitCode(), 128 + SIGTERM);
     EXPECT_TRUE(fs::is_empty(runtime.path()));
 }
 
@@ -119,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(AtStart, Signals, ::testing::Values(false, true));
 // Folders left by a process that has ended go at the next start, in both places; a link is not
 // followed, and the folder of a process that runs stays, as does a link of such a name.
 TEST(Start, RemovesTheFoldersOfEndedRuns) {
-    ombrevale::testsupport::TempDir runtime, tmp, elsewhere;
+    ombrevale::testsupport::TempDir runtime, tmp, elsewhere, state;
     QProcess ended;
     ended.start("true");
     ASSERT_TRUE(ended.waitForStarted());
@@ -139,7 +143,7 @@ TEST(Start, RemovesTheFoldersOfEndedRuns) {
     const fs::path link = runtime.path() / ("ombrevale-" + gone + "-LiNk00");
     fs::create_directory_symlink(elsewhere.path(), link);
     QProcess app;
-    app.setProcessEnvironment(Places(runtime.path(), tmp.path()));
+    app.setProcessEnvironment(Places(runtime.path(), tmp.path(), state.path()));
     app.start(OMBREVALE_WINDOW, {OMBREVALE_SAMPLE});
     ASSERT_TRUE(app.waitForFinished(50000));
     for (const fs::path& folder : stale) EXPECT_FALSE(fs::exists(fs::symlink_status(folder))) << folder;
