@@ -55,6 +55,8 @@ class MapWindowTest : public QObject {
 
 private slots:
     void initTestCase() {
+        // Kept edits go to a folder of the test's own, never the user's.
+        qputenv("XDG_STATE_HOME", QByteArray::fromStdString(dir_.File("state")));
         window_ = std::make_unique<frmSTY2>(std::string(OMBREVALE_SAMPLE));
         window_->setGeometry(10, 40, 300, 400);  // room on the screen's right
         window_->show();

@@ -37,6 +37,8 @@ private slots:
     void initTestCase() {
         const std::string missing = ombrevale::standin::MissingPieces();
         QVERIFY2(missing.empty(), ("the Wine pieces are not all there: " + missing).c_str());
+        // Kept edits go to a folder of the test's own, never the user's.
+        qputenv("XDG_STATE_HOME", QByteArray::fromStdString(dir_.File("state")));
         ombrevale::wbtest::WriteStyle(dir_.File("e2e.sty"), kTiles);
     }
 
@@ -103,6 +105,8 @@ private slots:
     }
 
     void refreshReadsTheRegistryLive() {
+        // One window a style: the one of the clicks above lets go of it.
+        window_.reset();
         ombrevale::wbtest::WriteStyle(dir_.File("second.sty"), 64);
         QVERIFY(SetEditorStyle(dir_.File("e2e.sty")));
         frmSTY2 window;
