@@ -1,7 +1,9 @@
 #include "pixels/picturefile.h"
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <optional>
 
 namespace ombrevale::picturefile {
@@ -178,6 +180,20 @@ ombrevale::Outcome ReadBMPFile(const std::string& path, Picture& out) {
     if (!in || !in.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size())))
         return Bad("cannot be read", Problem::Kind::Unreadable);
     return ReadBMP(bytes, out);
+}
+
+double Psnr(const Picture& pic, const std::vector<Rgba>& shown) {
+    double sum = 0;
+    std::size_t n = 0;
+    for (std::size_t i = 0; i < pic.colours.size() && i < shown.size(); ++i) {
+        const Rgba& want = pic.colours[i];
+        if (want.a == 0) continue;
+        const double dr = want.r - shown[i].r, dg = want.g - shown[i].g, db = want.b - shown[i].b;
+        sum += dr * dr + dg * dg + db * db;
+        n += 3;
+    }
+    if (sum == 0) return std::numeric_limits<double>::infinity();
+    return 10 * std::log10(255.0 * 255.0 * static_cast<double>(n) / sum);
 }
 
 }  // namespace ombrevale::picturefile

@@ -31,6 +31,10 @@ struct Picture {
     std::vector<Rgba> table;
 };
 
+// How close `shown` (one colour a pixel) comes to the picture over its
+// opaque pixels: PSNR in dB over red, green and blue; infinity when equal.
+double Psnr(const Picture& pic, const std::vector<Rgba>& shown);
+
 // Larger than any picture of a tile or a sprite by far, small enough that a
 // hostile head cannot make the reader allocate much.
 inline constexpr int kMaxSide = 4096;

@@ -65,8 +65,13 @@ std::optional<ownpalette::Reduced> Reduce(const picturefile::Picture& pic) {
     // One thread: a tile or a sprite is too small to share out, and on a busy
     // machine OpenMP's waiting threads cost several times what they save.
     omp_set_num_threads(1);
+    // One small picture at a time: the slowest, most thorough search costs
+    // milliseconds, and no colours are given up to posterization.
     const Attr attr(liq_attr_create());
-    if (!attr || liq_set_max_colors(attr.get(), static_cast<int>(kOwnColours)) != LIQ_OK) return std::nullopt;
+    if (!attr || liq_set_max_colors(attr.get(), static_cast<int>(kOwnColours)) != LIQ_OK ||
+        liq_set_speed(attr.get(), 1) != LIQ_OK || liq_set_quality(attr.get(), 0, 100) != LIQ_OK ||
+        liq_set_min_posterization(attr.get(), 0) != LIQ_OK)
+        return std::nullopt;
     const Image image(liq_image_create_rgba(attr.get(), rgba.data(), pic.width, pic.height, 0));
     if (!image || liq_image_set_importance_map(image.get(), weight.data(), weight.size(), LIQ_COPY_PIXELS) != LIQ_OK)
         return std::nullopt;

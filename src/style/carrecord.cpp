@@ -233,6 +233,12 @@ int FindModel(int model) {
     return -1;
 }
 
+int SpriteOfRecord(const std::vector<CarRecord>& all, std::size_t index) {
+    int sprite = 0;
+    for (std::size_t i = 1; i <= index && i < all.size(); ++i) sprite += all[i].sprite;
+    return sprite;
+}
+
 std::optional<std::string> LoadWarning(const std::vector<CarRecord>& cars) {
     std::string models;
     std::size_t n = 0;

@@ -92,6 +92,9 @@ void Replace(std::size_t index, CarRecord r);
 // The first record of that model, or -1.
 int FindModel(int model);
 
+// The sprite record `index` draws: each record after the first moves on by its sprite byte.
+int SpriteOfRecord(const std::vector<CarRecord>& all, std::size_t index);
+
 // A load's word on records the game would not take, or nothing.
 std::optional<std::string> LoadWarning(const std::vector<CarRecord>& cars);
 

@@ -40,19 +40,29 @@ std::int32_t GlyphsPastTheSprites(const clsSTY& doc, int font) {
     return end <= sprites ? 0 : std::min(f.count, end - sprites);
 }
 
-Line SetLine(const clsSTY& doc, int font, std::string_view text) {
+Line SetLine(const clsSTY& doc, int font, std::u32string_view text) {
     Line line;
-    for (const char ch : text) {
-        const auto code = static_cast<unsigned char>(ch);
-        const auto glyph = Glyph(doc, font, code);
+    for (const char32_t ch : text) {
+        const auto glyph = ch <= 0xFF ? Glyph(doc, font, static_cast<unsigned char>(ch)) : std::nullopt;
+        const bool lacks = !glyph && !(font != kFixedRule && ch == U' ');
         line.glyphs.push_back(glyph);
-        const bool gap = font != kFixedRule && ch == ' ';
-        if (!glyph && !gap && line.missing.find(ch) == std::string::npos) line.missing += ch;
+        line.lacks.push_back(lacks);
+        if (lacks && line.missing.find(ch) == std::u32string::npos) line.missing += ch;
     }
     return line;
 }
 
 std::int32_t SpaceWidth(const clsSTY& doc, int font) {
+    std::int32_t narrowest = 0;
+    for (int code = '!'; code < 256; ++code)
+        if (const auto g = Glyph(doc, font, static_cast<unsigned char>(code))) {
+            const std::int32_t w = doc.STYSpriteIndex[static_cast<std::size_t>(*g)].width;
+            if (narrowest == 0 || (w > 0 && w < narrowest)) narrowest = w;
+        }
+    return narrowest;
+}
+
+std::int32_t MissingWidth(const clsSTY& doc, int font) {
     std::int64_t sum = 0, n = 0;
     for (int code = '!'; code < 256; ++code)
         if (const auto g = Glyph(doc, font, static_cast<unsigned char>(code))) {

@@ -33,17 +33,21 @@ std::optional<std::int32_t> Glyph(const clsSTY& doc, int font, unsigned char cod
 std::int32_t GlyphsPastTheSprites(const clsSTY& doc, int font);
 
 struct Line {
-    // One a character: its sprite, or nothing for a gap.
+    // One a character: its sprite, or nothing.
     std::vector<std::optional<std::int32_t>> glyphs;
-    // Characters the font has no glyph for, each once; a space in a style's
-    // font is a gap and not missing.
-    std::string missing;
+    // One a character: the font has no glyph for it. A space in a style's
+    // font is a gap, not a lack.
+    std::vector<bool> lacks;
+    // The characters lacked, each once, in the order met.
+    std::u32string missing;
 };
-// text in single-byte codes (Latin-1).
-Line SetLine(const clsSTY& doc, int font, std::string_view text);
+// text in Unicode code points: one past Latin-1 has no glyph in any font.
+Line SetLine(const clsSTY& doc, int font, std::u32string_view text);
 
-// How wide a gap is in a style's font: its glyphs' mean width, so a word
-// space looks like one letter's room.
+// A space in a style's font: as wide as its narrowest glyph.
 std::int32_t SpaceWidth(const clsSTY& doc, int font);
+
+// The room of a glyph the font lacks: its glyphs' mean width, one letter's room.
+std::int32_t MissingWidth(const clsSTY& doc, int font);
 
 }  // namespace ombrevale::fonts

@@ -10,6 +10,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "workbench/spritename.h"
+
 namespace ombrevale::workbench {
 namespace {
 
@@ -56,7 +58,7 @@ QString Tip(Field f) {
 CarRecordDialog::CarRecordDialog(const std::vector<modDeclares::CarRecord>& all, std::size_t index, int remapRoom,
                                  QWidget* parent)
     : QDialog(parent), all_(all), index_(index), remapRoom_(remapRoom), edited_(all.at(index)) {
-    setWindowTitle(QStringLiteral("Car record %1, model %2").arg(index).arg(edited_.model));
+    setWindowTitle(QStringLiteral("Car record of %1").arg(CarName(all, index)));
     auto* form = new QFormLayout;
     for (const auto& spec : cars::Fields()) {
         if (spec.field == Field::Flags || spec.field == Field::Flags2) continue;

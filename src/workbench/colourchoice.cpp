@@ -6,6 +6,7 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <algorithm>
+#include <cmath>
 
 namespace ombrevale::workbench {
 namespace {
@@ -23,8 +24,7 @@ QLabel* Preview(const QImage& picture, QSize size, QWidget* parent) {
 
 }  // namespace
 
-ColourChoice::ColourChoice(const QString& question, const ColourWay& nearest, const ColourWay& own, int pixels,
-                           QWidget* parent)
+ColourChoice::ColourChoice(const QString& question, const ColourWay& nearest, const ColourWay& own, QWidget* parent)
     : QDialog(parent) {
     setWindowTitle(QStringLiteral("Ombrevale"));
     // Pixels stay square and sharp: no smoothing, so one pixel is 2 x 2.
@@ -42,9 +42,11 @@ ColourChoice::ColourChoice(const QString& question, const ColourWay& nearest, co
     const QLocale locale;
     const auto caption = [&](const ColourWay& way, const QString& title) {
         QString text = QStringLiteral("<b>%1</b><br>%2").arg(title, way.note.toHtmlEscaped());
+        // PSNR rather than a count of pixels changed: dithering changes nearly all of them, a little.
         if (!way.picture.isNull())
-            text += QStringLiteral("<br>%1 of %2 pixels changed")
-                        .arg(locale.toString(way.changed), locale.toString(pixels));
+            text += std::isinf(way.psnr) ? QStringLiteral("<br>The picture's own colours")
+                                         : QStringLiteral("<br>PSNR %1 dB against the picture (higher is closer)")
+                                               .arg(locale.toString(way.psnr, 'f', 1));
         auto* label = new QLabel(text, this);
         label->setWordWrap(true);
         label->setAlignment(Qt::AlignTop | Qt::AlignHCenter);

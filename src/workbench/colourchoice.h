@@ -18,8 +18,8 @@ enum class ColourAnswer : int { Cancel = 0, Nearest = 1, OwnPalette = 2 };
 struct ColourWay {
     // The target as the import would leave it; none when this way is closed.
     QImage picture;
-    // Pixels that would not show the picture's own colour.
-    int changed = 0;
+    // How close it comes to the picture: PSNR in dB, infinity for its very colours.
+    double psnr = 0;
     // Which palette the way draws in, or why it is closed.
     QString note;
 };
@@ -27,8 +27,7 @@ struct ColourWay {
 class ColourChoice : public QDialog {
     Q_OBJECT
 public:
-    ColourChoice(const QString& question, const ColourWay& nearest, const ColourWay& own, int pixels,
-                 QWidget* parent = nullptr);
+    ColourChoice(const QString& question, const ColourWay& nearest, const ColourWay& own, QWidget* parent = nullptr);
 
     // The previews as shown; null for a closed way.
     QImage NearestPreview() const { return nearest_; }

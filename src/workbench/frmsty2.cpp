@@ -110,6 +110,12 @@ void frmSTY2::BuildTilesPage() {
     lblIdx->adjustSize();
     // The caption would sit under the sheet; keep it readable in front of it.
     lblIdx->raise();
+    lblSheetNote = new QLabel(picCont);
+    lblSheetNote->setWordWrap(true);
+    lblSheetNote->setTextFormat(Qt::PlainText);
+    lblSheetNote->setGeometry(16, 48, picCont->width() - vScroll->width() - 32, 120);
+    lblSheetNote->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    lblSheetNote->hide();
     cmdGen = new QPushButton(QStringLiteral("&Refresh"), MainTab);
     Place(cmdGen, 7785, 7060, 1110, 315);
     cmdGen->raise();
@@ -184,7 +190,7 @@ void frmSTY2::SetBusy(bool busy) {
 void frmSTY2::Form_Load() {
     SetBusy(true);
     const std::string path = StylePath();
-    if (!path.empty()) Sty().LoadSTY(path);
+    styleLoaded_ = !path.empty() && Sty().LoadSTY(path);
     Sty().DrawTransparent(true);
     MainTab->move(MainTab->x(), 0);
     FillLists();
@@ -255,7 +261,7 @@ void frmSTY2::cmdGen_Click() {
     // The edits a reload drops stay on disk, offered again below.
     KeepEditsNow();
     SetBusy(true);
-    if (!path.empty()) Sty().LoadSTY(path);
+    if (!path.empty()) styleLoaded_ = Sty().LoadSTY(path);
     SetBusy(false);
     if (!path.empty()) {
         // Save then writes the file that Refresh took up.

@@ -106,6 +106,10 @@ public:
     void OpenStyle(const QString& file);
     // The file that "save" writes: the last one opened, loaded or saved as.
     std::string CurrentStylePath() const { return panesStylePath_; }
+    // The last load took: Save and Save As have a style to write.
+    bool StyleLoaded() const { return styleLoaded_; }
+    // Over the sheet when it has nothing to show: what to do, or that the style has no tiles.
+    QLabel* lblSheetNote = nullptr;
 
     // ---- Edits (frmsty2_edits.cpp, frmsty2_colours.cpp, frmsty2_folder.cpp) ----
     // Makes change (false: it changed nothing and has said why) one step that Undo takes back.
@@ -249,11 +253,14 @@ private:
     void WireViewKeys();
     // The added windows follow the document: after every load they show it.
     void FollowDocument();
+    // The sheet's note and the save commands, as the document now stands.
+    void ShowSheetNote();
     void WireMap();
 
     std::unique_ptr<clsSTY> oSty;
     std::optional<std::string> commandLinePath_;
     std::string panesStylePath_;
+    bool styleLoaded_ = false;
     int vScrollMax_ = 8895;
     // Where the box stands on the sheet now, as drawn; none after a render.
     std::optional<QPoint> boxCell_;

@@ -17,6 +17,7 @@
 #include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
+#include "workbench/spritename.h"
 
 using ombrevale::editparts::Kind;
 namespace own = ombrevale::ownpalette;
@@ -43,14 +44,16 @@ QRgb PaletteColour(std::int16_t pal, int n) {
     return qRgb(p[at + 2], p[at + 1], p[at]);
 }
 
-// Pixels that show another colour than the picture's; clear ones and the key count as kept.
-int Changed(const ombrevale::picturefile::Picture& pic, const QImage& drawn) {
-    int n = 0;
+// How close the drawing comes to the picture; clear pixels do not count.
+double Closeness(const ombrevale::picturefile::Picture& pic, const QImage& drawn) {
+    std::vector<Rgba> shown;
+    shown.reserve(pic.colours.size());
     for (int i = 0; i < pic.width * pic.height; ++i) {
-        const Rgba& c = pic.colours[static_cast<std::size_t>(i)];
-        if (c.a != 0 && drawn.pixel(i % pic.width, i / pic.width) != qRgb(c.r, c.g, c.b)) ++n;
+        const QRgb c = drawn.pixel(i % pic.width, i / pic.width);
+        shown.push_back({static_cast<std::uint8_t>(qRed(c)), static_cast<std::uint8_t>(qGreen(c)),
+                         static_cast<std::uint8_t>(qBlue(c)), 255});
     }
-    return n;
+    return ombrevale::picturefile::Psnr(pic, shown);
 }
 
 QString Where(const own::Place& place, bool newPage, const std::string& target) {
@@ -70,7 +73,7 @@ QString Where(const own::Place& place, bool newPage, const std::string& target) 
 void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const ombrevale::pictureimport::Fitted& fitted,
                            std::int16_t pal, const own::Target& target, const QString& path) {
     namespace imp = ombrevale::pictureimport;
-    const std::string name = own::Describe(target);
+    const std::string name = ombrevale::workbench::TargetName(target).toStdString();
     std::optional<own::Place> place;
     std::optional<own::Reduced> reduced;
     if (fitted.changed > 0) {
@@ -78,7 +81,7 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
         if (plan.place) reduced = ombrevale::quantise::Reduce(pic);
         ombrevale::workbench::ColourWay nearest, mine;
         nearest.picture = Drawn(fitted.numbers, pic.width, pic.height, [pal](int n) { return PaletteColour(pal, n); });
-        nearest.changed = fitted.changed;
+        nearest.psnr = Closeness(pic, nearest.picture);
         nearest.note =
             QStringLiteral("The nearest colours of %1, as it is.").arg(ombrevale::workbench::PaletteName(pal));
         if (reduced) {
@@ -86,18 +89,20 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
                 const Rgba& c = reduced->colours[static_cast<std::size_t>(n - 1)];
                 return qRgb(c.r, c.g, c.b);
             });
-            mine.changed = Changed(pic, mine.picture);
+            mine.psnr = Closeness(pic, mine.picture);
             mine.note = Where(*plan.place, plan.place->countAfter != Sty().GetNumOfPals(), name);
         } else {
             mine.note = plan.place ? QStringLiteral("The picture could not be reduced to 255 colours.")
-                                   : QString::fromStdString(plan.refusal);
+                        : target.kind == own::TargetKind::Delta
+                            ? QStringLiteral("A delta has no palette of its own: it is drawn in its sprite's palette.")
+                            : QString::fromStdString(plan.refusal);
         }
         const QLocale locale;
         ombrevale::workbench::ColourChoice dialog(
             QStringLiteral("%1 of %2 pixels of %3 have colours that %4 does not hold. Import it into %5 with:")
                 .arg(locale.toString(fitted.changed), locale.toString(pic.width * pic.height), path,
                      ombrevale::workbench::PaletteName(pal), QString::fromStdString(name)),
-            nearest, mine, pic.width * pic.height, this);
+            nearest, mine, this);
         const auto answer = ombrevale::panesdialogs::ChooseColours(dialog);
         if (answer == ombrevale::workbench::ColourAnswer::Cancel) return;
         if (answer == ombrevale::workbench::ColourAnswer::OwnPalette && reduced) place = plan.place;

@@ -24,6 +24,7 @@
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/sheetgeometry.h"
+#include "workbench/spritename.h"
 #include "workbench/styleedits.h"
 #include "workbench/zoomlens.h"
 
@@ -133,9 +134,11 @@ void frmSTY2::ImportPicture() {
     const bool tile = sSelKind == "t";
     const std::int32_t n = iSelNum;
     const std::int16_t delta = static_cast<std::int16_t>(cmbDeltas->currentIndex() - 1);
-    const std::string name = tile              ? "tile " + std::to_string(n)
-                             : sSelKind == "d" ? "delta " + std::to_string(delta) + " of sprite " + std::to_string(n)
-                                               : "sprite " + std::to_string(n);
+    namespace own = ombrevale::ownpalette;
+    const own::Target target{tile              ? own::TargetKind::Tile
+                             : sSelKind == "d" ? own::TargetKind::Delta
+                                               : own::TargetKind::Sprite,
+                             n, delta};
     const auto pal = tile ? ombrevale::pixelchecks::TilePalette(Sty(), n)
                           : ombrevale::pixelchecks::SpritePalette(Sty(), n, ShownRemapPalette());
     if (!pal) return;
@@ -147,8 +150,9 @@ void frmSTY2::ImportPicture() {
     ombrevale::picturefile::Picture pic;
     auto problem = ombrevale::pictureio::ReadPicture(file, pic);
     if (!problem)
-        problem = imp::CheckSize(pic, tile ? kCell : Sty().GetSpriteWidth(n), tile ? kCell : Sty().GetSpriteHeight(n),
-                                 tile ? name : "sprite " + std::to_string(n));
+        problem = imp::CheckSize(
+            pic, tile ? kCell : Sty().GetSpriteWidth(n), tile ? kCell : Sty().GetSpriteHeight(n),
+            (tile ? QStringLiteral("tile %1").arg(n) : ombrevale::workbench::SpriteName(n)).toStdString());
     if (problem) {
         MsgBox("The picture " + file + " " + problem->text + ". Nothing was changed.", "Ombrevale",
                MsgIcon::Exclamation);
@@ -157,10 +161,5 @@ void frmSTY2::ImportPicture() {
     const ByteString present =
         tile ? imp::TileNumbers(Sty(), n) : imp::SpriteNumbers(Sty(), n, sSelKind == "d" ? delta : std::int16_t{-1});
     const imp::Fitted fitted = imp::Fit(pic, *pal, present);
-    namespace own = ombrevale::ownpalette;
-    const own::Target target{tile              ? own::TargetKind::Tile
-                             : sSelKind == "d" ? own::TargetKind::Delta
-                                               : own::TargetKind::Sprite,
-                             n, delta};
     ImportFitted(pic, fitted, *pal, target, path);
 }

@@ -9,9 +9,12 @@
 #include <memory>
 
 #include "folderimport/folderimport.h"
+#include "pixels/editparts.h"
 #include "style/hooks.h"
+#include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptview.h"
+#include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/styleedits.h"
 
@@ -26,7 +29,13 @@ QString Report(const fi::Plan& plan) {
     QStringList lines;
     for (const auto& r : plan.refusals)
         lines << QStringLiteral("refused %1: %2").arg(QString::fromStdString(r.file), QString::fromStdString(r.why));
-    for (const auto& c : plan.changes) lines << QStringLiteral("changed ") + QString::fromStdString(fi::Describe(c));
+    for (const auto& c : plan.changes)
+        lines << QStringLiteral("changed ") + (c.mapped > 0 && !c.ownPalette
+                                                   ? QStringLiteral("%1: %2 pixels took the nearest colour of %3")
+                                                         .arg(QString::fromStdString(c.file))
+                                                         .arg(c.mapped)
+                                                         .arg(ombrevale::workbench::PaletteName(c.palette))
+                                                   : QString::fromStdString(fi::Describe(c)));
     const auto more = lines.size() > qsizetype(kShown) ? lines.size() - qsizetype(kShown) : 0;
     lines = lines.mid(0, qsizetype(kShown));
     if (more > 0) lines << QStringLiteral("... and %1 more").arg(more);
@@ -36,6 +45,70 @@ QString Report(const fi::Plan& plan) {
                .arg(plan.refusals.size()) +
            lines.join(QLatin1Char('\n'));
 }
+
+// "1 picture of DIR has colours its palette does not hold: tiles/tile-0005.png. ..."
+QString UnheldQuestion(const QStringList& files, const QString& dir) {
+    constexpr qsizetype kNamed = 10;
+    QString names = files.mid(0, kNamed).join(QStringLiteral(", "));
+    if (files.size() > kNamed) names += QStringLiteral(" and %1 more").arg(files.size() - kNamed);
+    if (files.size() == 1)
+        return QStringLiteral(
+                   "1 picture of %1 has colours its palette does not hold: %2.\n\nImport it with the "
+                   "nearest colours of its palette, with a palette of its own, or leave it out?")
+            .arg(dir, names);
+    return QStringLiteral(
+               "%1 pictures of %2 have colours their palettes do not hold: %3.\n\nImport them with the "
+               "nearest colours of their palettes, with palettes of their own, or leave them out?")
+        .arg(QString::number(files.size()), dir, names);
+}
+
+// Palettes of their own change the palette count, palettes and PALX entries
+// that no file names: found by what differs after the import, and put
+// first, the count before the palettes it makes room for.
+class OwnPaletteParts {
+public:
+    explicit OwnPaletteParts(const clsSTY& doc)
+        : count_(doc.iPalCount), palettes_(modDeclares::STYPalData), entries_(modDeclares::STYPalIndex) {}
+
+    void Add(const clsSTY& doc, std::vector<Part>& before, std::vector<Part>& after) const {
+        using ombrevale::editparts::Kind;
+        std::vector<Part> was, now;
+        if (doc.iPalCount != count_) {
+            Part p;
+            p.kind = Kind::PaletteCount;
+            p.value = count_;
+            was.push_back(p);
+            now.push_back(ombrevale::editparts::Take(doc, Kind::PaletteCount, 0));
+        }
+        const auto& pals = modDeclares::STYPalData;
+        for (std::size_t i = 0; i < pals.size(); ++i) {
+            if (i < palettes_.size() && pals[i] == palettes_[i]) continue;
+            Part p;
+            p.kind = Kind::Palette;
+            p.number = static_cast<std::int32_t>(i);
+            if (i < palettes_.size()) p.bytes.assign(palettes_[i].begin(), palettes_[i].end());
+            was.push_back(p);
+            now.push_back(ombrevale::editparts::Take(doc, Kind::Palette, p.number));
+        }
+        const auto& index = modDeclares::STYPalIndex;
+        for (std::size_t i = 0; i < index.size() && i < entries_.size(); ++i) {
+            if (index[i] == entries_[i]) continue;
+            Part p;
+            p.kind = Kind::PaletteEntry;
+            p.number = static_cast<std::int32_t>(i);
+            p.value = entries_[i];
+            was.push_back(p);
+            now.push_back(ombrevale::editparts::Take(doc, Kind::PaletteEntry, p.number));
+        }
+        before.insert(before.begin(), was.begin(), was.end());
+        after.insert(after.begin(), now.begin(), now.end());
+    }
+
+private:
+    std::int16_t count_;
+    std::vector<modDeclares::Palette> palettes_;
+    std::vector<std::int16_t> entries_;
+};
 
 }  // namespace
 
@@ -65,25 +138,33 @@ void frmSTY2::ImportFolder() {
     const QString dir = ombrevale::panesdialogs::FileDialog(this, FileMode::Folder, QStringLiteral("Import Folder"),
                                                             QString(), DialogFolder());
     if (dir.isEmpty()) return;
-    // Reading is a job: nothing that changes the style runs meanwhile.
-    SetBusy(true);
-    fi::Plan plan = fi::Read(Sty(), dir.toStdString(), fi::Colours::Nearest, [](int done, int total) {
-        if (done == 0) ProgressStart(0, total, "Please Wait...");
-        ProgressStep(done, "Reading the folder...");
-    });
-    ProgressEnd();
-    SetBusy(false);
-    const auto mapped =
-        std::count_if(plan.changes.begin(), plan.changes.end(), [](const fi::Change& c) { return c.mapped > 0; });
-    if (mapped > 0 &&
-        !ombrevale::panesdialogs::Question(
-            this, QStringLiteral("%1 pictures of %2 have colours their palettes do not hold.\n\nImport them with the "
-                                 "nearest colour of their palette in their place? (No leaves them out.)")
-                      .arg(mapped)
-                      .arg(dir))) {
-        for (const auto& c : plan.changes)
-            if (c.mapped > 0) plan.refusals.push_back({c.file, "has colours its palette does not hold"});
-        std::erase_if(plan.changes, [](const fi::Change& c) { return c.mapped > 0; });
+    const auto read = [&](fi::Colours colours) {
+        // Reading is a job: nothing that changes the style runs meanwhile.
+        SetBusy(true);
+        fi::Plan plan = fi::Read(Sty(), dir.toStdString(), colours, [](int done, int total) {
+            if (done == 0) ProgressStart(0, total, "Please Wait...");
+            ProgressStep(done, "Reading the folder...");
+        });
+        ProgressEnd();
+        SetBusy(false);
+        return plan;
+    };
+    fi::Plan plan = read(fi::Colours::Nearest);
+    QStringList unheld;
+    for (const auto& c : plan.changes)
+        if (c.mapped > 0) unheld << QString::fromStdString(c.file);
+    if (!unheld.isEmpty()) {
+        const int answer = ombrevale::panesdialogs::Choose(
+            this, UnheldQuestion(unheld, dir),
+            {QStringLiteral("&Nearest colours"), QStringLiteral("&Own palettes"), QStringLiteral("&Leave out")});
+        if (answer < 0) return;
+        if (answer == 1) {
+            plan = read(fi::Colours::OwnPalette);
+        } else if (answer == 2) {
+            for (const auto& c : plan.changes)
+                if (c.mapped > 0) plan.refusals.push_back({c.file, "has colours its palette does not hold"});
+            std::erase_if(plan.changes, [](const fi::Change& c) { return c.mapped > 0; });
+        }
     }
     const QString report = Report(plan);
     if (plan.changes.empty()) {
@@ -95,9 +176,11 @@ void frmSTY2::ImportFolder() {
         !ombrevale::panesdialogs::Question(
             this, QStringLiteral("Some files of %1 cannot go in: %2\n\nImport the changes that can?").arg(dir, report)))
         return;
+    const OwnPaletteParts own(Sty());
     std::vector<Part> before = fi::Touched(Sty(), plan);
     fi::Apply(Sty(), plan);
     std::vector<Part> after = fi::Touched(Sty(), plan);
+    own.Add(Sty(), before, after);
     for (const Part& part : after) ShowEdited(part.kind, part.number);
     const QString name = QDir(dir).dirName();
     edits_->Push(QStringLiteral("import folder %1").arg(name), std::move(before), std::move(after));

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "editorlink/modcontrolwin.h"
+#include "settings/wineprefix.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "style/palettebases.h"
@@ -131,10 +132,46 @@ void frmSTY2::RenderSheet() {
         MsgBox(text, g.title, g.icon);
     }
     SetBusy(false);
+    ShowSheetNote();
     // A reload may bring other lists and another number of tiles.
     if (surfaces_->Shown()) ShowSurfaces(true);
     if (mapSheet_) mapSheet_->SheetDrawn();
     modControlWin::FindEditorList();
+}
+
+void frmSTY2::ShowSheetNote() {
+    actions_.save->setEnabled(styleLoaded_);
+    actions_.saveAs->setEnabled(styleLoaded_);
+    QString note;
+    if (!styleLoaded_) {
+        const std::string path = StylePath();
+        note = QStringLiteral(
+            "No style is loaded. Open one with Ctrl+O or the Open button, or drop a style file "
+            "on the window.\n\n");
+        if (!path.empty()) {
+            note += QStringLiteral("The style %1 could not be read.").arg(QString::fromStdString(path));
+        } else {
+            // Where Refresh looks, so the user can tell why it found nothing.
+            const std::string prefix = ombrevale::winepath::PrefixDir();
+            const QString key = QStringLiteral(
+                "\"App Style File\" under HKEY_CURRENT_USER\\Software\\DMA Design LTd\\Gta2 Editor\\App Defaults");
+            note += prefix.empty()
+                        ? QStringLiteral(
+                              "Refresh loads the style the GTA2 editor uses, named by %1 in "
+                              "its Wine prefix; there is no prefix at %2.")
+                              .arg(key, qEnvironmentVariableIsSet("WINEPREFIX") ? qEnvironmentVariable("WINEPREFIX")
+                                                                                : QStringLiteral("~/.wine"))
+                        : QStringLiteral(
+                              "Refresh loads the style the GTA2 editor uses, named by %1 in "
+                              "%2/user.reg; it names none.")
+                              .arg(key, QString::fromStdString(prefix));
+        }
+    } else if (Sty().GetNumOfTiles() == 0) {
+        note = QStringLiteral("This style has no tiles. Its sprites, palettes and fonts are on the other pages.");
+    }
+    lblSheetNote->setText(note);
+    lblSheetNote->setVisible(!note.isEmpty());
+    if (!note.isEmpty()) lblSheetNote->raise();
 }
 
 void frmSTY2::picMain_MouseUp(int /*Button*/, int /*Shift*/, double X, double Y) {

@@ -14,6 +14,7 @@
 #include "style/palettebases.h"
 #include "workbench/allremapswindow.h"
 #include "workbench/carrecordpanel.h"
+#include "workbench/fontchoice.h"
 #include "workbench/frmsty2.h"
 #include "workbench/picturebox.h"
 #include "workbench/twips.h"
@@ -55,6 +56,10 @@ void frmSTY2::WirePanes() {
     BuildPalettePane();
     BuildToolbar();
     connect(cmdCreateText, &QPushButton::clicked, this, [this] { cmdCreateText_Click(); });
+    // A font chosen shows the text in it at once; Create is for the text typed.
+    connect(fontChoice_->combo(), &QComboBox::activated, this, [this] {
+        if (!txtText->text().isEmpty()) cmdCreateText_Click();
+    });
     connect(cmdRecyAdd, &QPushButton::clicked, this, [this] { cmdRecyAdd_Click(); });
     connect(cmdRecyRemove, &QPushButton::clicked, this, [this] { cmdRecyRemove_Click(); });
 }

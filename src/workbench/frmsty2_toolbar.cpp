@@ -203,7 +203,10 @@ bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report, ombrevale:
     const bool loaded = Sty().LoadSTY(file, report);
     SetBusy(false);
     if (loaded && previous) *previous = {std::move(before), std::move(shared)};
-    if (loaded) return true;
+    if (loaded) {
+        styleLoaded_ = true;
+        return true;
+    }
     Sty() = std::move(before);
     modDeclares::RestoreSharedStores(std::move(shared));
     // No render follows to close the progress window.
@@ -222,6 +225,8 @@ void frmSTY2::RefillAfterOpen() {
 }
 
 void frmSTY2::ToolbarSave(bool askName) {
+    // Nothing loaded: there is no style to write, only an empty shell of one.
+    if (!styleLoaded_) return;
     std::string path = askName ? std::string() : panesStylePath_;
     if (path.empty() && !askName) path = StylePath();
     if (path.empty()) {

@@ -23,6 +23,7 @@
 #include "workbench/paletteusagewindow.h"
 #include "workbench/picturebox.h"
 #include "workbench/sheetgeometry.h"
+#include "workbench/spritename.h"
 #include "workbench/surfaceoverlay.h"
 #include "workbench/zoomlens.h"
 
@@ -70,8 +71,8 @@ void frmSTY2::WireViews() {
         return QSize(Sty().GetSpriteWidth(s), Sty().GetSpriteHeight(s));
     };
     host.edit = [this](int r, const modDeclares::CarRecord& edited) {
-        const auto model = modDeclares::STYCarInfo.at(static_cast<std::size_t>(r)).model;
-        return RecordEdit(ombrevale::editparts::Kind::Car, r, QStringLiteral("car record of model %1").arg(model), [&] {
+        const QString name = ombrevale::workbench::CarName(modDeclares::STYCarInfo, static_cast<std::size_t>(r));
+        return RecordEdit(ombrevale::editparts::Kind::Car, r, QStringLiteral("car record of %1").arg(name), [&] {
             ombrevale::cars::Replace(static_cast<std::size_t>(r), edited);
             return true;
         });

@@ -1,11 +1,13 @@
 #pragma once
-// The window names a palette as its Palettes list does: counted from 1, so
-// physical palette 5 is "palette 6".
+// The window names a palette as its Palettes list does, counted from 1, and
+// adds the physical number the tile caption gives: "palette 6 (physical 5)".
 
 #include <QString>
 
 namespace ombrevale::workbench {
 
-inline QString PaletteName(int physical) { return QStringLiteral("palette %1").arg(physical + 1); }
+inline QString PaletteName(int physical) {
+    return QStringLiteral("palette %1 (physical %2)").arg(physical + 1).arg(physical);
+}
 
 }  // namespace ombrevale::workbench

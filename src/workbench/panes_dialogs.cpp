@@ -3,6 +3,7 @@
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "workbench/colourchoice.h"
 
@@ -36,6 +37,16 @@ QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, cons
 bool Question(QWidget* parent, const QString& sPrompt) {
     if (Installed().question) return Installed().question(parent, sPrompt);
     return QMessageBox::question(parent, QStringLiteral("Ombrevale"), sPrompt) == QMessageBox::Yes;
+}
+
+int Choose(QWidget* parent, const QString& sPrompt, const QStringList& buttons) {
+    if (Installed().choice) return Installed().choice(parent, sPrompt, buttons);
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Ombrevale"), sPrompt, QMessageBox::Cancel, parent);
+    QList<QAbstractButton*> made;
+    for (const QString& b : buttons) made << box.addButton(b, QMessageBox::AcceptRole);
+    box.setDefaultButton(qobject_cast<QPushButton*>(made.value(0)));
+    box.exec();
+    return static_cast<int>(made.indexOf(box.clickedButton()));
 }
 
 workbench::ColourAnswer ChooseColours(workbench::ColourChoice& dialog) {

@@ -4,6 +4,7 @@
 // of the real dialogs.
 
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <optional>
 
@@ -29,6 +30,8 @@ struct Dialogs {
     std::function<bool(QWidget* parent, const QString& sPrompt)> question;
     // The answer to a colour choice, made but not shown, so a test sees what it offers.
     std::function<workbench::ColourAnswer(workbench::ColourChoice& dialog)> colourChoice;
+    // The button chosen among several, by its place, or -1 for Cancel.
+    std::function<int(QWidget* parent, const QString& sPrompt, const QStringList& buttons)> choice;
 };
 
 // Replaces the dialogs; an empty function means the real Qt dialog.
@@ -37,6 +40,7 @@ std::optional<QString> InputBox(QWidget* parent, const QString& sPrompt);
 QString FileDialog(QWidget* parent, FileMode mode, const QString& sCaption, const QString& sFilter,
                    const QString& sFolder);
 bool Question(QWidget* parent, const QString& sPrompt);
+int Choose(QWidget* parent, const QString& sPrompt, const QStringList& buttons);
 workbench::ColourAnswer ChooseColours(workbench::ColourChoice& dialog);
 
 }  // namespace ombrevale::panesdialogs

@@ -10,6 +10,7 @@
 
 #include "style/palettebases.h"
 #include "style/surfaces.h"
+#include "workbench/palettename.h"
 #include "workbench/sheetgeometry.h"
 
 namespace ombrevale::workbench {
@@ -134,12 +135,12 @@ QString SurfaceView::CellTip(int x, int y) const {
     const auto& types = overlay_->Types();
     if (!t || static_cast<std::size_t>(*t) >= types.size()) return {};
     const auto i = static_cast<std::size_t>(*t);
-    // Named as the Palettes list names it, with the number the Tiles page's caption gives.
+    // Not "Palette: N" as the caption has it: there N is the physical number.
     const auto own = palettebases::TilePalette(*t);
-    const QString pal = own ? QStringLiteral("%1 (physical %2)").arg(*own + 1).arg(*own) : QStringLiteral("none");
+    const QString pal = own ? QStringLiteral("In %1").arg(PaletteName(*own)) : QStringLiteral("No palette");
     const auto name =
         surfaces::kTypeNames[static_cast<std::size_t>(std::clamp<int>(types[i], 1, surfaces::kTypes) - 1)];
-    return QStringLiteral("Tile %1\nPalette: %2\nSurface: %3")
+    return QStringLiteral("Tile %1\n%2\nSurface: %3")
         .arg(*t)
         .arg(pal)
         .arg(QString::fromLatin1(name.data(), static_cast<qsizetype>(name.size())));

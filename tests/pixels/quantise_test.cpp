@@ -3,7 +3,10 @@
 // when they do not.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <string>
+#include <vector>
 
 #include "quantise/reduce.h"
 
@@ -68,5 +71,35 @@ INSTANTIATE_TEST_SUITE_P(Pictures, Reduce,
                          ::testing::Values(Case{"ThreeColours", 8, 3}, Case{"AsManyAsFit", 32, 255},
                                            Case{"OneTooMany", 32, 256}, Case{"Photographic", 64, 4096}),
                          [](const auto& row) { return std::string(row.param.name); });
+
+// A smooth gradient with camera noise in red and a hard-edged red disc: the
+// noise spreads the colours, the disc's edge shows any banding.
+Picture NoisyGradient() {
+    Picture pic;
+    pic.width = pic.height = 64;
+    std::uint32_t seed = 37;
+    for (int y = 0; y < 64; ++y)
+        for (int x = 0; x < 64; ++x) {
+            seed = seed * 1664525u + 1013904223u;
+            const int noise = static_cast<int>(seed >> 24) % 13 - 6;
+            const bool disc = (x - 40) * (x - 40) + (y - 22) * (y - 22) < 14 * 14;
+            const int r = std::clamp(x * 4 + noise, 0, 255);
+            pic.colours.push_back(disc ? Rgba{230, 16, 24, 255}
+                                       : Rgba{static_cast<std::uint8_t>(r), static_cast<std::uint8_t>(y * 4),
+                                              static_cast<std::uint8_t>(160 - x - y), 255});
+        }
+    return pic;
+}
+
+TEST(ReduceQuality, ANoisyGradientComesWithinThirtyDecibels) {
+    const Picture pic = NoisyGradient();
+    const auto reduced = ombrevale::quantise::Reduce(pic);
+    ASSERT_TRUE(reduced);
+    std::vector<Rgba> shown;
+    for (const std::uint8_t n : reduced->numbers) shown.push_back(reduced->colours.at(n - 1u));
+    const double psnr = ombrevale::picturefile::Psnr(pic, shown);
+    RecordProperty("psnr", std::to_string(psnr));
+    EXPECT_GE(psnr, 30.0);
+}
 
 }  // namespace

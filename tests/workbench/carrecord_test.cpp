@@ -144,7 +144,13 @@ private slots:
         QTest::keyClick(&W(), Qt::Key_K, Qt::ControlModifier);
         const CarRecord before = STYCarInfo[kCar];
         const QString width = TableWidth();
+        // The dialog and the undo step name the car as the Sprites list does, then its record and model.
+        const QString car = QStringLiteral("%1 (record %2, model %3)")
+                                .arg(W().lstSprites->currentItem()->text())
+                                .arg(kCar)
+                                .arg(STYCarInfo[kCar].model);
         Answer([&](CarRecordDialog& d) {
+            QCOMPARE(d.windowTitle(), QStringLiteral("Car record of ") + car);
             d.FieldEdit(ombrevale::cars::Field::Width)->setText(QStringLiteral("129"));
             QVERIFY(!d.ok->isEnabled() && d.Problem().contains(QStringLiteral("(0..128)")));
             d.FieldEdit(ombrevale::cars::Field::Width)->setText(QStringLiteral("20"));
@@ -170,6 +176,7 @@ private slots:
         after.numDoors = 0;
         QVERIFY(STYCarInfo[kCar] == after);
         QCOMPARE(W().UndoStack()->count(), 1);
+        QCOMPARE(W().UndoStack()->undoText(), QStringLiteral("car record of ") + car);
         QCOMPARE(TableWidth(), QStringLiteral("20"));
         QVERIFY(Panel()->Overlay()->Record() == after);
         Show();  // back from the dialog

@@ -112,8 +112,11 @@ class PanesTest : public QObject {
     // What the colour choice answers while yes_, and the previews it offered.
     ombrevale::workbench::ColourAnswer choice_ = ombrevale::workbench::ColourAnswer::Nearest;
     QImage nearestPreview_, ownPreview_;
-    QString ownNote_;
+    QString ownNote_, ownText_;
     QString question_, prompt_;  // the colour choice's question, the input box's prompt
+    QString choicePrompt_;       // a choice among several buttons, and the one answered
+    QStringList choiceButtons_;
+    int choiceAnswer_ = -1;
     frmSTY2& W() { return *w_; }
     QString F(const std::string& name) const { return QString::fromStdString(dir_.File(name)); }
     // The messages the window gave while f ran.
@@ -238,7 +241,13 @@ private slots:
                  nearestPreview_ = d.NearestPreview();
                  ownPreview_ = d.OwnPreview();
                  ownNote_ = d.OwnButton()->isEnabled() ? QString() : d.OwnNote()->text();
+                 ownText_ = d.OwnNote()->text();
                  return yes_ ? choice_ : ombrevale::workbench::ColourAnswer::Cancel;
+             },
+             [this](QWidget*, const QString& prompt, const QStringList& buttons) {
+                 choicePrompt_ = prompt;
+                 choiceButtons_ = buttons;
+                 return choiceAnswer_;
              }});
     }
     void init() {
@@ -415,26 +424,43 @@ private slots:
         QCOMPARE(W().picTemp->image().pixel(0, 0), W().picTemp->BackColor());  // the scratch picture is left empty
     }
 
-    // A style's own font: its glyphs, a gap as wide as its space for what it lacks, named under the text.
+    // Choosing a style's own font sets the text at once: its glyphs, a space as wide as its narrowest
+    // glyph, an empty box for what it lacks (a character past Latin-1 too), named under the text.
+    void fontChoice_data() {
+        QTest::addColumn<QString>("between");  // between "1" and "2"
+        QTest::addColumn<QString>("lacked");   // named under the text
+        QTest::newRow("space") << QStringLiteral(" ") << QString();
+        QTest::newRow("a letter the font lacks") << QStringLiteral("A") << QStringLiteral("A");
+        QTest::newRow("past Latin-1") << QStringLiteral("\u20AC") << QStringLiteral("\u20AC");
+    }
     void fontChoice() {
+        QFETCH(QString, between);
+        QFETCH(QString, lacked);
         auto* choice = W().FontChoiceView();
         QCOMPARE(choice->Chosen(), ombrevale::fonts::kFixedRule);
         QCOMPARE(choice->combo()->count(), 1 + int(STYFontBase.base.size()));
         const int font = int(STYFontBase.base.size()) - 1;  // the sample's last font has 26 glyphs, to ":"
+        W().txtText->setText(QLatin1Char('1') + between + QLatin1Char('2'));
         choice->combo()->setCurrentIndex(font + 1);
-        W().txtText->setText(QStringLiteral("1A2"));
-        W().cmdCreateText_Click();
-        const int gap = ombrevale::fonts::SpaceWidth(W().Sty(), font);
+        emit choice->combo()->activated(font + 1);
+        const int room = lacked.isEmpty() ? ombrevale::fonts::SpaceWidth(W().Sty(), font)
+                                          : ombrevale::fonts::MissingWidth(W().Sty(), font);
         const auto one = ombrevale::fonts::Glyph(W().Sty(), font, '1'),
                    two = ombrevale::fonts::Glyph(W().Sty(), font, '2');
-        QVERIFY(one && two && gap > 0);
+        QVERIFY(one && two && room > 2);
         const QImage first = Drawn(W().Sty(), *one), second = Drawn(W().Sty(), *two);
         const QImage shown = Rgb(W().picFont->image());
         QCOMPARE(shown.copy(0, 0, first.width(), first.height()), first);
-        QCOMPARE(shown.copy(first.width() + gap, 0, second.width(), second.height()), second);
-        QVERIFY(!choice->note()->isHidden());
-        QCOMPARE(choice->note()->text(),
-                 QStringLiteral("Font %1 has no glyph for \"A\": a gap stands in their place.").arg(font + 1));
+        QCOMPARE(shown.copy(first.width() + room, 0, second.width(), second.height()), second);
+        // A box's sides stand out from the ground that fills it; a space is ground throughout.
+        const QRgb ground = shown.pixel(first.width() + room / 2, first.height() / 2);
+        QCOMPARE(shown.pixel(first.width() + 1, first.height() / 2) != ground, !lacked.isEmpty());
+        QCOMPARE(choice->note()->isHidden(), lacked.isEmpty());
+        if (!lacked.isEmpty())
+            QCOMPARE(choice->note()->text(), QStringLiteral("Font %1 has no glyph for \"%2\": an empty box stands in "
+                                                            "their place.")
+                                                 .arg(font + 1)
+                                                 .arg(lacked));
     }
 
     // After Open the window is as a start on that file leaves it, whatever was chosen before.
@@ -489,8 +515,9 @@ private slots:
     void dialogsStartAtHomeWithoutAStyle() {
         w_ = std::make_unique<frmSTY2>(std::string());
         W().picMain_MouseUp(1, 0, 32, 32);
+        // Save As, with no style to write, asks nothing.
         for (const char* key : {"saveas", "export", "open"}) Click(key);
-        QCOMPARE(folders_, QStringList(3, QDir::homePath()));
+        QCOMPARE(folders_, QStringList(2, QDir::homePath()));
     }
 
     void captionsFitTheirPlaces() {
@@ -749,6 +776,56 @@ private slots:
         QVERIFY(Now() == before);
     }
 
+    // Pictures of a folder in colours their palettes lack are named and counted, and take the
+    // nearest colours, palettes of their own (the command line's --new-palette) or stay out;
+    // what goes in is one step that Undo takes back whole.
+    void importFolderColours_data() {
+        QTest::addColumn<int>("answer");  // as the buttons stand: nearest, own palettes, leave out
+        QTest::addColumn<int>("pictures");
+        QTest::newRow("nearest, 1 picture") << 0 << 1;
+        QTest::newRow("own palettes, 2 pictures") << 1 << 2;
+        QTest::newRow("left out, 1 picture") << 2 << 1;
+    }
+    void importFolderColours() {
+        QFETCH(int, answer);
+        QFETCH(int, pictures);
+        const QString folder = F("unheld");
+        QDir(folder).removeRecursively();
+        QDir().mkpath(folder + "/tiles");
+        for (int k = 0; k < pictures; ++k)
+            QVERIFY(QFile::copy(F("tile.png"),
+                                folder + QStringLiteral("/tiles/tile-%1.png").arg(kTile + k, 4, 10, QLatin1Char('0'))));
+        const State before = Now();
+        const auto palettes = STYPalIndex;
+        answers_ = {folder};
+        choiceAnswer_ = answer;
+        W().ImportFolder();
+        QCOMPARE(choiceButtons_.size(), 3);
+        QVERIFY2(choicePrompt_.startsWith(pictures == 1 ? QStringLiteral("1 picture of %1 has").arg(folder)
+                                                        : QStringLiteral("2 pictures of %1 have").arg(folder)),
+                 qPrintable(choicePrompt_));
+        QVERIFY2(choicePrompt_.contains(
+                     QStringLiteral("tiles/tile-%1.png").arg(kTile + pictures - 1, 4, 10, QLatin1Char('0'))),
+                 qPrintable(choicePrompt_));
+        if (answer == 2) {
+            QVERIFY(Now() == before && !W().UndoStack()->canUndo());
+            return;
+        }
+        const State after = Now();
+        QVERIFY(after.cell != before.cell);
+        // Each picture takes a palette of its own, named by its PALX entry alone.
+        for (int k = 0; k < pictures && answer == 1; ++k) {
+            const auto p = STYPalIndex.at(std::size_t(kTile + k));
+            QVERIFY(p != palettes.at(std::size_t(kTile + k)) &&
+                    std::count(STYPalIndex.begin(), STYPalIndex.end(), p) == 1);
+        }
+        QCOMPARE(W().UndoStack()->count(), 1);
+        W().UndoStack()->undo();
+        QVERIFY(Now() == before);
+        W().UndoStack()->redo();
+        QVERIFY(Now() == after);
+    }
+
     // Events that arrive through a progress step while Refresh loads the style
     // or draws the sheet: none may crash or draw outside its picture, and once
     // the Refresh ends the stores and the sheet are what a quiet Refresh gives.
@@ -830,7 +907,7 @@ private slots:
         QVERIFY(std::abs(qRed(shown) - (qRed(tint) * a + qRed(drawn) * (1 - a))) < 2);
         QVERIFY(std::abs(qBlue(shown) - (qBlue(tint) * a + qBlue(drawn) * (1 - a))) < 2);
         QCOMPARE(W().Surfaces()->CellTip(at.x(), at.y()),
-                 QStringLiteral("Tile %1\nPalette: %2 (physical %3)\nSurface: road")
+                 QStringLiteral("Tile %1\nIn palette %2 (physical %3)\nSurface: road")
                      .arg(road)
                      .arg(STYPalIndex.at(std::size_t(road)) + 1)
                      .arg(STYPalIndex.at(std::size_t(road))));
@@ -983,17 +1060,56 @@ private slots:
         QVERIFY(!tools[0]->frameGeometry().intersects(tools[1]->frameGeometry()));
     }
 
-    // The palette in the colour question and the undo text is the Palettes list's "Palette: 6" for physical 5.
+    // A palette is named as the Palettes list's "Palette: 6", then as the tile caption's physical 5.
     void paletteNamedAsTheList() {
         Make(Edit::Tile);
         const int pal = STYPalIndex.at(kTile);
-        QVERIFY2(question_.contains(QStringLiteral("that palette %1 does not").arg(pal + 1)), qPrintable(question_));
+        QVERIFY2(question_.contains(QStringLiteral("that palette %1 (physical %2) does not").arg(pal + 1).arg(pal)),
+                 qPrintable(question_));
         W().lstPalettes->setCurrentRow(5);
         W().picPalette_MouseUp(3.5);
         W().txtRed->setText(QString::number((W().txtRed->text().toInt() + 1) % 256));
         W().lblColour_Click();
-        QCOMPARE(W().UndoStack()->undoText(), QStringLiteral("colour 3 of palette 6"));
+        QCOMPARE(W().UndoStack()->undoText(), QStringLiteral("colour 3 of palette 6 (physical 5)"));
         QCOMPARE(W().lstPalettes->item(5)->text(), QStringLiteral("Palette: 6"));
+    }
+
+    // The import question names a sprite by its list caption, and the own palette by the number
+    // its Palettes list row and the tile caption will show.
+    void importNamedAsTheLists_data() {
+        QTest::addColumn<bool>("tile");
+        QTest::addColumn<int>("delta");  // -1: none
+        QTest::newRow("tile, own palette") << true << -1;
+        QTest::newRow("sprite") << false << -1;
+        QTest::newRow("delta") << false << 1;
+    }
+    void importNamedAsTheLists() {
+        QFETCH(bool, tile);
+        QFETCH(int, delta);
+        if (tile) {
+            Make(Edit::TileOwnPalette);
+            const int pal = STYPalIndex.at(kTile);
+            QCOMPARE(W().lblIdx->text(), QStringLiteral("Index: %1 Palette: %2").arg(kTile).arg(pal));
+            QCOMPARE(W().lstPalettes->item(pal)->text(), QStringLiteral("Palette: %1").arg(pal + 1));
+            QVERIFY2(ownText_.contains(QStringLiteral("palette %1 (physical %2)").arg(pal + 1).arg(pal)),
+                     qPrintable(ownText_));
+            return;
+        }
+        constexpr int kSprite = 3;
+        W().lstSprites->setCurrentRow(kSprite);
+        W().cmbDeltas->setCurrentIndex(delta + 1);
+        std::int16_t own = -1;
+        QVERIFY(W().Sty().SaveSprite(dir_.File("sprite.bmp"), kSprite, own));
+        QImage sprite = Rgb(QImage(F("sprite.bmp")));
+        sprite.setPixel(1, 1, qRgb(1, 2, 3));
+        QVERIFY(sprite.save(F("sprite.png")));
+        answers_ = {F("sprite.png")};
+        yes_ = false;
+        W().tlbMain_ButtonClick(QStringLiteral("import"));
+        const QString name = QStringLiteral("%1 (sprite %2)").arg(W().lstSprites->item(kSprite)->text()).arg(kSprite);
+        QVERIFY2(question_.endsWith(QStringLiteral("Import it into %1%2 with:")
+                                        .arg(delta < 0 ? QString() : QStringLiteral("delta %1 of ").arg(delta), name)),
+                 qPrintable(question_));
     }
 
     void boxKeepsItsEdges_data() {

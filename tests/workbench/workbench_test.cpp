@@ -3,6 +3,7 @@
 #include <QtWidgets>
 
 #include "style/moddeclares.h"
+#include "stylewriter/stylewriter.h"
 #include "support/hookrecorder.h"
 #include "support/tempdir.h"
 #include "teststyle.h"
@@ -53,6 +54,41 @@ private slots:
             QCOMPARE(std::vector<std::string>(at, hooks.calls().end()), want);
             QVERIFY(hooks.messages().empty());
         }
+    }
+
+    // With nothing loaded the sheet says how to get a style and Save has nothing to write; a style
+    // without tiles says so; a style with tiles shows only its sheet.
+    void emptySheetSays_data() {
+        QTest::addColumn<QString>("style");  // none: the registry, under a prefix that is not there
+        QTest::addColumn<QString>("says");   // empty: no note
+        QTest::newRow("no style") << QString() << QStringLiteral("Ctrl+O");
+        QTest::newRow("a style without tiles") << QStringLiteral("font.sty") << QStringLiteral("has no tiles");
+        QTest::newRow("a style with tiles") << QString::fromStdString(style_) << QString();
+    }
+    void emptySheetSays() {
+        QFETCH(QString, style);
+        QFETCH(QString, says);
+        const QByteArray prefix = QByteArray::fromStdString(dir_.File("nonexistent"));
+        qputenv("WINEPREFIX", prefix);
+        if (style == "font.sty")
+            ombrevale::stylewriter::WriteFile(dir_.File("font.sty"), ombrevale::stylewriter::MakeFontStyle().bytes());
+        ombrevale::testsupport::HookRecorder hooks;
+        const auto w =
+            style.isEmpty() ? std::make_unique<frmSTY2>() : std::make_unique<frmSTY2>(dir_.File(style.toStdString()));
+        w->show();
+        QCOMPARE(w->lblSheetNote->isVisible(), !says.isEmpty());
+        QVERIFY2(w->lblSheetNote->text().contains(says), qPrintable(w->lblSheetNote->text()));
+        if (style.isEmpty()) QVERIFY(w->lblSheetNote->text().contains(QString::fromUtf8(prefix)));
+        QCOMPARE(w->Actions().save->isEnabled(), !style.isEmpty());
+        QCOMPARE(w->Actions().saveAs->isEnabled(), !style.isEmpty());
+        // Refresh with still nothing to load leaves the note as it was.
+        w->cmdGen_Click();
+        QCOMPARE(w->lblSheetNote->isVisible(), !says.isEmpty());
+        if (!style.isEmpty()) return;
+        const auto files = QDir(QString::fromStdString(dir_.path().string())).entryList(QDir::Files);
+        w->tlbMain_ButtonClick(QStringLiteral("save"));
+        QCOMPARE(QDir(QString::fromStdString(dir_.path().string())).entryList(QDir::Files), files);
+        QVERIFY(hooks.messages().empty());
     }
 
     // A palette table that misses tiles: one message for all of them, whose cells stay blank,

@@ -2,12 +2,18 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
+#include <cctype>
 #include <cstdio>
 
 #include "clierror.h"
 #include "commands.h"
+#include "pixels/exportnames.h"
+#include "pixels/paletteusage.h"
 #include "style/carrecord.h"
 #include "style/clssty.h"
+#include "style/moddeclares.h"
+#include "style/spritesearch.h"
 
 namespace ombrevale::cli {
 namespace {
@@ -27,6 +33,9 @@ QJsonObject Whole(const CarRecord& r, int remapRoom, std::size_t index) {
         doors.append(QJsonArray{static_cast<int>(static_cast<std::int8_t>(r.doors[i] & 0xFF)),
                                 static_cast<int>(static_cast<std::int8_t>(r.doors[i] >> 8))});
     o.insert(kDoors, doors);
+    // The row the window's Sprites list gives the car, so both name it alike.
+    o.insert("caption", QString::fromStdString(exportnames::SpriteCaption(
+                            modDeclares::STYSpriteBase, cars::SpriteOfRecord(modDeclares::STYCarInfo, index))));
     QJsonArray warnings;
     if (auto why = cars::RecordRefusal(r, index, modDeclares::STYCarInfo, remapRoom))
         warnings.append(QString::fromStdString(*why));
@@ -63,16 +72,40 @@ void Apply(CarRecord& r, const std::string& set, const std::string& style, int r
     }
 }
 
+// "car:12", "car 12" or "Car: 12": the record of the sprite the Sprites list captions so.
+int RecordOfCaption(const std::string& style, std::string text) {
+    std::replace(text.begin(), text.end(), ':', ' ');
+    const auto sprite = spritesearch::FindSprite(text, modDeclares::STYSpriteBase);
+    std::string lower = text;
+    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (lower.rfind("car ", 0) != 0)
+        throw UsageError("car takes a model number or a car as the Sprites list names it (car:N), not \"" + text +
+                         "\"");
+    const auto number = text.find_first_not_of(' ', 4);
+    const std::string caption = "Car: " + (number == std::string::npos ? std::string() : text.substr(number));
+    if (!sprite) throw Failure(style, "has no " + caption);
+    const int record = paletteusage::CarRecordOfSprite(*sprite);
+    if (record < 0) throw Failure(style, caption + " shares the car record of the car before it");
+    return record;
+}
+
 }  // namespace
 
 int RunCar(const Args& args) {
     const std::string& style = args.words[0];
-    const std::int64_t model = ParseNumber(args.words[1], "MODEL");
+    const std::string& which = args.words[1];
+    const bool byCaption = !which.empty() && (std::isalpha(static_cast<unsigned char>(which[0])) != 0);
+    const std::int64_t model = byCaption ? 0 : ParseNumber(which, "MODEL");
     clsSTY doc;
     LoadStyle(doc, style);
-    CheckRange(style, "model", model, 0, 255);
-    const int index = cars::FindModel(static_cast<int>(model));
-    if (index < 0) throw Failure(style, "has no car record of model " + std::to_string(model));
+    int index = -1;
+    if (byCaption) {
+        index = RecordOfCaption(style, which);
+    } else {
+        CheckRange(style, "model", model, 0, 255);
+        index = cars::FindModel(static_cast<int>(model));
+        if (index < 0) throw Failure(style, "has no car record of model " + std::to_string(model));
+    }
     const auto at = static_cast<std::size_t>(index);
     const int room = cars::RemapRoom();
     if (args.sets.empty()) {

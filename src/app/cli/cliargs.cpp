@@ -41,9 +41,11 @@ const std::vector<Command>& Commands() {
          "writes the style again as OUT; an OUT already there is kept as OUT.bak",
          {2, false, false, false, false, false}},
         {"car",
-         "STYLE MODEL [--set FIELD=VALUE... OUT]",
-         "prints the car record of MODEL as JSON; with --set, changes those fields and saves the style as OUT",
-         {2, false, false, false, false, false, {1}, 3, false, false, false, true}},
+         "STYLE MODEL|car:N [--set FIELD=VALUE... OUT]",
+         "prints a car record as JSON: the record of model MODEL (the record's own number, which the window's "
+         "record table shows as Model No.), or with car:N the record of the car the Sprites list shows as "
+         "\"Car: N\"; with --set, changes those fields and saves the style as OUT",
+         {2, false, false, false, false, false, {}, 3, false, false, false, true}},
         {"tile",
          "STYLE N OUT.bmp",
          "writes tile N as a 64 x 64 BMP picture",
@@ -228,6 +230,10 @@ Args ParseArgs(const std::vector<std::string>& argv) {
             args.arrows = true;
         } else if (a == "--discard" && shape.discard && !args.discard) {
             args.discard = true;
+        } else if (a == "--new-palette" && args.command == "import-delta") {
+            throw ArgumentRefusal(
+                "import-delta takes no --new-palette: a delta is drawn in its sprite's palette; import the whole "
+                "sprite with import-sprite --new-palette instead");
         } else if (a.size() > 1 && a[0] == '-' && !(a[1] >= '0' && a[1] <= '9')) {
             throw UsageError("option " + a + " is not one of " + args.command + "'s, or is given twice");
         } else {

@@ -28,6 +28,12 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// Wrong arguments that one line explains better than the usage would.
+class ArgumentRefusal : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 // Collects what the pixel engine says through the message hook, so that a
 // refusal becomes one line of ours. main installs one for the whole run, so the
 // document and the pixel engine never print a line of their own.

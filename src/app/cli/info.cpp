@@ -7,6 +7,7 @@
 
 #include "clierror.h"
 #include "commands.h"
+#include "style/carrecord.h"
 #include "style/clssty.h"
 #include "style/surfaces.h"
 
@@ -45,19 +46,14 @@ QJsonObject Surfaces(const clsSTY& doc, QJsonArray& warnings) {
 }  // namespace
 
 QJsonObject CarJson(const modDeclares::CarRecord& r) {
-    return {{"model", r.model},
-            {"sprite", r.sprite},
-            {"width", r.width},
-            {"height", r.height},
-            {"passengers", r.passengers},
-            {"wreck", r.wreck},
-            {"rating", r.rating},
-            {"front_wheel_offset", r.frontWheelOffset},
-            {"rear_wheel_offset", r.rearWheelOffset},
-            {"front_window_offset", r.frontWindowOffset},
-            {"rear_window_offset", r.rearWindowOffset},
-            {"remaps", List(r.remaps, r.numRemaps)},
-            {"doors", r.numDoors}};
+    // The offsets as the record means them: signed pixels, as the doors are printed.
+    QJsonObject o;
+    for (const auto& f : cars::Fields())
+        if (f.field != cars::Field::Flags && f.field != cars::Field::Flags2)
+            o.insert(QString::fromLatin1(f.key.data(), static_cast<qsizetype>(f.key.size())), cars::Get(r, f.field));
+    o.insert("remaps", List(r.remaps, r.numRemaps));
+    o.insert("doors", r.numDoors);
+    return o;
 }
 
 int RunInfo(const Args& args) {

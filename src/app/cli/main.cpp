@@ -47,6 +47,9 @@ int main(int argc, char** argv) {
     } catch (const UsageError& e) {
         std::fprintf(stderr, "ombrevale-cli: %s\n%s\n", e.what(), Usage().c_str());
         return kExitUsage;
+    } catch (const ArgumentRefusal& e) {
+        std::fprintf(stderr, "ombrevale-cli: %s\n", e.what());
+        return kExitUsage;
     } catch (const Failure& e) {
         std::fprintf(stderr, "ombrevale-cli: %s: %s\n", e.file().c_str(), e.what());
         return kExitFailed;

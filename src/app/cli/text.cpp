@@ -24,14 +24,19 @@ int RunText(const Args& args) {
         CheckRange(style, "--font", *args.font, 1, count);
         font = static_cast<int>(*args.font - 1);
     }
-    const QByteArray text = QString::fromLocal8Bit(args.words[1].c_str()).toLatin1();
-    const fonts::Line line = fonts::SetLine(doc, font, std::string_view(text.constData(), std::size_t(text.size())));
-    const int gap = font == fonts::kFixedRule ? 0 : fonts::SpaceWidth(doc, font);
+    const std::u32string text = QString::fromLocal8Bit(args.words[1].c_str()).toStdU32String();
+    const fonts::Line line = fonts::SetLine(doc, font, text);
+    const bool own = font != fonts::kFixedRule;
+    // As the Font page sets it: a space a gap, a glyph the font lacks an empty box.
+    const int gap = own ? fonts::SpaceWidth(doc, font) : 0;
+    const int box = own ? std::max(3, fonts::MissingWidth(doc, font)) : 0;
     int width = 0, height = 0;
-    for (const auto& g : line.glyphs) {
-        width += g ? doc.GetSpriteWidth(*g) : gap;
+    for (std::size_t i = 0; i < line.glyphs.size(); ++i) {
+        const auto& g = line.glyphs[i];
+        width += g ? doc.GetSpriteWidth(*g) : line.lacks[i] ? box : gap;
         if (g) height = std::max(height, static_cast<int>(doc.GetSpriteHeight(*g)));
     }
+    if (height == 0 && width > 0 && own) height = box * 2;
     if (width == 0 || height == 0) throw Failure(style, "has no glyph for any character of \"" + args.words[1] + "\"");
     // As the window starts: colour 0 of each glyph in the key colour.
     doc.DrawTransparent(true);
@@ -42,20 +47,30 @@ int RunText(const Args& args) {
         ImagePicture glyph;
         QPainter painter(&picture);
         int x = 0;
-        for (const auto& g : line.glyphs) {
-            std::int16_t own = -1;
-            if (g && !doc.RenderSprite(*g, glyph, own))
+        for (std::size_t i = 0; i < line.glyphs.size(); ++i) {
+            const auto& g = line.glyphs[i];
+            std::int16_t pal = -1;
+            if (g && !doc.RenderSprite(*g, glyph, pal))
                 throw Failure(style, "sprite " + std::to_string(*g) + " cannot be drawn");
-            if (g) painter.drawImage(x, 0, glyph.image());
-            x += g ? glyph.Width() : gap;
+            if (g) {
+                painter.drawImage(x, 0, glyph.image());
+                x += glyph.Width();
+            } else if (line.lacks[i] && own) {
+                // White here, the picture's ground being black.
+                painter.setPen(Qt::white);
+                painter.drawRect(x + 1, 0, box - 3, height - 1);
+                x += box;
+            } else {
+                x += gap;
+            }
         }
     }
     WriteThrough(out, [&](const std::string& temp) { return picture.save(QString::fromStdString(temp), "PNG"); });
     if (!line.missing.empty())
         std::fprintf(stderr, "ombrevale-cli: %s: %s has no glyph for \"%s\": %s\n", style.c_str(),
-                     font == fonts::kFixedRule ? "the style" : ("font " + std::to_string(font + 1)).c_str(),
-                     QString::fromLatin1(line.missing.data(), qsizetype(line.missing.size())).toLocal8Bit().constData(),
-                     font == fonts::kFixedRule ? "left out of the line" : "a gap stands in their place");
+                     own ? ("font " + std::to_string(font + 1)).c_str() : "the style",
+                     QString::fromStdU32String(line.missing).toLocal8Bit().constData(),
+                     own ? "an empty box stands in their place" : "left out of the line");
     return kExitOk;
 }
 

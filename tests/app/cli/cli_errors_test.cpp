@@ -45,8 +45,20 @@ INSTANTIATE_TEST_SUITE_P(
                       Case{"PalWithoutValue", {"sprite", "STYLE", "1", "OUT.bmp", "--pal"}},
                       Case{"ColumnsNotANumber", {"sheet", "STYLE", "OUT.png", "--columns", "nine"}},
                       Case{"CarSetWithoutOut", {"car", "STYLE", "3", "--set", "width=3"}},
+                      Case{"CarNeitherModelNorCar", {"car", "STYLE", "ped:3"}},
                       Case{"CarNoSuchField", {"car", "STYLE", "3", "--set", "colour=3", "OUT.sty"}}),
     [](const auto& row) { return std::string(row.param.name); });
+
+// A delta has no palette of its own to ask for: one line says why, without the usage.
+TEST(CliUsageRefusal, ImportDeltaWithANewPaletteSaysWhyInOneLine) {
+    ombrevale::testsupport::TempDir dir;
+    const auto r =
+        RunCli(Place({"import-delta", "STYLE", "0", "0", "P.bmp", "OUT.sty", "--new-palette"}, kSample, dir));
+    EXPECT_EQ(r.exitCode, 2);
+    ASSERT_EQ(r.ErrLines().size(), 1u) << r.err;
+    EXPECT_NE(r.err.find("a delta is drawn in its sprite's palette"), std::string::npos) << r.err;
+    EXPECT_TRUE(r.out.empty() && fs::is_empty(dir.path()));
+}
 
 // The usage after wrong words fits a terminal of 80 columns, each line holding
 // whole commands, and names every command --help lists, in its order; each
@@ -74,6 +86,7 @@ TEST(CliUsageText, FitsEightyColumnsAndNamesEachCommandsOptions) {
         for (const QString& option : options) {
             const std::string command = usage.substr(0, usage.find(' ')), o = option.toStdString();
             if (usage.find(o + ' ') != std::string::npos || usage.find(o + ']') != std::string::npos) continue;
+            if (command == "import-delta" && o == "--new-palette") continue;  // told why, in a test below
             const std::string err = RunCli({command, o}).err;
             EXPECT_NE(err.find("option " + o + " is not one of " + command + "'s"), std::string::npos) << err;
         }
@@ -123,6 +136,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"SheetColumns", {"sheet", "STYLE", "OUT.png", "--columns", "0"}, "(1..512)"},
         Case{"FontPastTheLast", {"text", "STYLE", "x", "OUT.png", "--font", "8"}, "--font 8 is out of range"},
         Case{"CarNoSuchModel", {"car", "STYLE", "200"}, "has no car record of model 200"},
+        Case{"CarPastTheList", {"car", "STYLE", "car:999"}, "has no Car: 999"},
         Case{"CarWidth", {"car", "STYLE", "3", "--set", "width=129", "OUT.sty"}, "(0..128)"},
         Case{"CarSixDoors",
              {"car", "STYLE", "3", "--set", "door_positions=1:1 1:1 1:1 1:1 1:1 1:1", "OUT.sty"},

@@ -8,10 +8,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <algorithm>
 #include <filesystem>
 #include <functional>
 
 #include "cliprocess.h"
+#include "pixels/paletteusage.h"
 #include "style/clssty.h"
 #include "style/palettebases.h"
 #include "style/surfaces.h"
@@ -267,13 +269,14 @@ TEST_F(Cli, InfoReportsWhatTheDocumentLoaded) {
     const auto& car = STYCarInfo.back();
     const QJsonObject o = info["cars"].toArray().last().toObject();
     EXPECT_EQ(info["cars"].toArray().size(), static_cast<int>(STYCarInfo.size()));
-    for (const auto& [key, value] :
-         {std::pair{"model", car.model}, std::pair{"sprite", car.sprite}, std::pair{"width", car.width},
-          std::pair{"height", car.height}, std::pair{"passengers", car.passengers}, std::pair{"wreck", car.wreck},
-          std::pair{"rating", car.rating}, std::pair{"doors", car.numDoors},
-          std::pair{"front_wheel_offset", car.frontWheelOffset}, std::pair{"rear_wheel_offset", car.rearWheelOffset},
-          std::pair{"front_window_offset", car.frontWindowOffset},
-          std::pair{"rear_window_offset", car.rearWindowOffset}})
+    for (const auto& [key, value] : {std::pair{"model", int(car.model)}, std::pair{"sprite", int(car.sprite)},
+                                     std::pair{"width", int(car.width)}, std::pair{"height", int(car.height)},
+                                     std::pair{"passengers", int(car.passengers)}, std::pair{"wreck", int(car.wreck)},
+                                     std::pair{"rating", int(car.rating)}, std::pair{"doors", int(car.numDoors)},
+                                     std::pair{"front_wheel_offset", int(std::int8_t(car.frontWheelOffset))},
+                                     std::pair{"rear_wheel_offset", int(std::int8_t(car.rearWheelOffset))},
+                                     std::pair{"front_window_offset", int(std::int8_t(car.frontWindowOffset))},
+                                     std::pair{"rear_window_offset", int(std::int8_t(car.rearWindowOffset))}})
         EXPECT_EQ(o[key].toInt(), value) << key;
     EXPECT_EQ(o["remaps"].toArray(), Ints(car.remaps, car.numRemaps));
     EXPECT_EQ(info["sprite_data_bytes"].toInt(), static_cast<int>(doc_->STYSpriteData.size()));
@@ -304,7 +307,7 @@ TEST_F(Cli, CarPrintsARecordAndSetsItsFields) {
     want["width"] = 20;
     want["remaps"] = QJsonArray{1, 2};
     want["doors"] = 1;
-    want["front_wheel_offset"] = 254;
+    want["front_wheel_offset"] = -2;  // signed, as the doors beside it
     const QJsonObject changed = CarOf(dir_.File("OUT.sty"), 5);
     for (const QString& key : want.keys()) EXPECT_EQ(changed[key], want[key]) << key.toStdString();
     EXPECT_EQ(changed["door_positions"], (QJsonArray{QJsonArray{-3, 4}}));
@@ -312,6 +315,26 @@ TEST_F(Cli, CarPrintsARecordAndSetsItsFields) {
     others[5] = info["cars"].toArray()[5];
     EXPECT_EQ(others, info["cars"].toArray());
 }
+
+// car:N takes the car the Sprites list captions "Car: N", however it is spelt;
+// a bare number stays the model.
+class CliCarCaption : public Cli, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(CliCarCaption, TakesTheRecordOfTheListsCar) {
+    // The last car that starts a record, so that record, model and caption differ.
+    int sprite = modDeclares::STYSpriteBase[0] - 1;
+    while (sprite >= 0 && ombrevale::paletteusage::CarRecordOfSprite(sprite) < 0) --sprite;
+    ASSERT_GT(sprite, 0);
+    const auto& record = modDeclares::STYCarInfo.at(std::size_t(ombrevale::paletteusage::CarRecordOfSprite(sprite)));
+    const std::string word = QString::fromLatin1(GetParam()).arg(sprite + 1).toStdString();
+    const auto r = RunCli({"car", kSample, word});
+    ASSERT_EQ(r.exitCode, 0) << r.err;
+    const QJsonObject car = QJsonDocument::fromJson(QByteArray::fromStdString(r.out)).object();
+    EXPECT_EQ(car, CarOf(kSample, record.model));
+    EXPECT_EQ(car["caption"].toString(), QStringLiteral("Car: %1").arg(sprite + 1));
+}
+
+INSTANTIATE_TEST_SUITE_P(Spellings, CliCarCaption, ::testing::Values("car:%1", "Car: %1", "car %1"));
 
 TEST(CliInfo, SectionsFollowThePresentFlagsAndWarningsAreListed) {
     ombrevale::testsupport::TempDir dir;
@@ -352,19 +375,37 @@ TEST_P(CliText, SetsTheLineInTheChosenFont) {
     const auto r = RunCli(args);
     ASSERT_EQ(r.exitCode, 0) << r.err;
     const bool fixed = GetParam().font == 0;
-    int sum = 0;  // a gap is the font's mean glyph width
-    for (int g = 0; g < GetParam().glyphs && !fixed; ++g) sum += 1 + (GetParam().firstGlyph + g) % 98;
-    const int gap = fixed ? 0 : (sum + GetParam().glyphs / 2) / GetParam().glyphs;
+    // A space is the font's narrowest glyph, a lacked glyph an empty box of its mean width.
+    int sum = 0, narrowest = 99;
+    for (int g = 0; g < GetParam().glyphs && !fixed; ++g) {
+        sum += 1 + (GetParam().firstGlyph + g) % 98;
+        narrowest = std::min(narrowest, 1 + (GetParam().firstGlyph + g) % 98);
+    }
+    const int box = fixed ? 0 : std::max(3, (sum + GetParam().glyphs / 2) / GetParam().glyphs);
     int width = 0;
     bool lacks = false;
     for (const char c : line) {
         const int offset = c - '!';
         const bool has = fixed || (offset >= 0 && offset < GetParam().glyphs);
-        width += has ? 1 + (GetParam().firstGlyph + offset) % 98 : gap;
+        width += has ? 1 + (GetParam().firstGlyph + offset) % 98 : c == ' ' ? narrowest : box;
         lacks = lacks || (!has && c != ' ');
     }
     EXPECT_EQ(QImage(QString::fromStdString(out)).width(), width);
     EXPECT_EQ(r.err.empty(), !lacks) << r.err;
+}
+
+// A character past Latin-1 is named on stderr, not set as "?".
+TEST(CliTextUnicode, NamesACharacterPastLatin1) {
+    ombrevale::testsupport::TempDir dir;
+    const std::string style = dir.File("fstyle.sty"), out = dir.File("line.png");
+    sw::WriteFile(style, sw::MakeFontStyle().bytes());
+    for (const auto& font : std::vector<std::vector<std::string>>{{}, {"--font", "1"}}) {
+        std::vector<std::string> args = {"text", style, "A\u20AC", out};
+        args.insert(args.end(), font.begin(), font.end());
+        const auto r = RunCli(args);
+        ASSERT_EQ(r.exitCode, 0) << r.err;
+        EXPECT_NE(r.err.find("has no glyph for \"\u20AC\""), std::string::npos) << r.err;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Fonts, CliText,

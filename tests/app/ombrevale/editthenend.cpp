@@ -20,7 +20,8 @@ int main(int argc, char** argv) {
              return picture;
          },
          [](QWidget*, const QString&) { return true; },
-         [](ombrevale::workbench::ColourChoice&) { return ombrevale::workbench::ColourAnswer::Nearest; }});
+         [](ombrevale::workbench::ColourChoice&) { return ombrevale::workbench::ColourAnswer::Nearest; },
+         {}});
     frmSTY2 window{std::string(argv[1])};
     window.picMain_MouseUp(1, 0, 5 * 64 + 32, 32);
     window.tlbMain_ButtonClick(QStringLiteral("import"));
