@@ -41,10 +41,10 @@ const std::vector<Command>& Commands() {
          "writes the style again as OUT; an OUT already there is kept as OUT.bak",
          {2, false, false, false, false, false}},
         {"car",
-         "STYLE MODEL|car:N [--set FIELD=VALUE... OUT]",
-         "prints a car record as JSON: the record of model MODEL (the record's own number, which the window's "
-         "record table shows as Model No.), or with car:N the record of the car the Sprites list shows as "
-         "\"Car: N\"; with --set, changes those fields and saves the style as OUT",
+         "STYLE CAR [--set FIELD=VALUE... OUT]",
+         "prints a car record as JSON. CAR is a model number (the record's own, which the window's record "
+         "table shows as Model No.), or car:N for the car the Sprites list shows as \"Car: N\"; with --set, "
+         "changes those fields and saves the style as OUT",
          {2, false, false, false, false, false, {}, 3, false, false, false, true}},
         {"tile",
          "STYLE N OUT.bmp",
