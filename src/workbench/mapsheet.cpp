@@ -123,6 +123,8 @@ MapSheet::MapSheet(Host host, QWidget* window, QWidget* sheet)
     copyUnused_ = new QAction(QStringLiteral("Copy unused tile numbers"), window);
     copyUnused_->setEnabled(false);
     connect(copyUnused_, &QAction::triggered, this, [this] { QApplication::clipboard()->setText(UnusedList()); });
+    showOnMap_ = new QAction(window);
+    connect(showOnMap_, &QAction::triggered, this, [this] { window_->ShowTile(showTile_); });
     sheet->installEventFilter(this);
 }
 
@@ -138,9 +140,9 @@ bool MapSheet::Open(const QString& path) { return window_->Open(path); }
 QList<QAction*> MapSheet::SheetActions(int tile) {
     QList<QAction*> actions{open_};
     if (window_->Current() && tile >= 0) {
-        auto* show = new QAction(QStringLiteral("Show tile %1 on map").arg(tile), sheet_);
-        connect(show, &QAction::triggered, this, [this, tile] { window_->ShowTile(tile); });
-        actions << show;
+        showTile_ = tile;
+        showOnMap_->setText(QStringLiteral("Show tile %1 on map").arg(tile));
+        actions << showOnMap_;
     }
     actions << usage_ << copyUnused_;
     return actions;

@@ -61,6 +61,9 @@ private:
     QAction* open_;
     QAction* usage_;
     QAction* copyUnused_;
+    // "Show tile N on map", for the tile the sheet's menu was opened on.
+    QAction* showOnMap_;
+    int showTile_ = -1;
 };
 
 }  // namespace ombrevale::workbench
