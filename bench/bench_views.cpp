@@ -74,20 +74,20 @@ BENCHMARK(BM_ReadSurfaces)->Unit(benchmark::kMicrosecond);
 // The toggle: the lists read and handed to the tint.
 void BM_SurfaceToggle(benchmark::State& state) {
     for (auto _ : state) {
-        gWindow->ShowSurfaces(true);
-        gWindow->ShowSurfaces(false);
+        gWindow->Views().ShowSurfaces(true);
+        gWindow->Views().ShowSurfaces(false);
     }
 }
 BENCHMARK(BM_SurfaceToggle)->Unit(benchmark::kMicrosecond);
 
 // One screen of the sheet with its tint, at the end of the sheet, where a scroll ends.
 void BM_SurfaceTintScreen(benchmark::State& state) {
-    gWindow->ShowSurfaces(true);
+    gWindow->Views().ShowSurfaces(true);
     PictureBox* sheet = gWindow->picMain;
     const QRect screen(0, sheet->height() - 480, sheet->width(), 480);
     QImage out(screen.size(), QImage::Format_RGB32);
     for (auto _ : state) sheet->render(&out, QPoint(), QRegion(screen));
-    gWindow->ShowSurfaces(false);
+    gWindow->Views().ShowSurfaces(false);
 }
 BENCHMARK(BM_SurfaceTintScreen)->Unit(benchmark::kMillisecond);
 
@@ -98,8 +98,8 @@ BENCHMARK(BM_UsesOfPalette)->Unit(benchmark::kMicrosecond);
 
 // Ctrl+U as the window does it: the usage computed and every entry listed.
 void BM_PaletteUsageList(benchmark::State& state) {
-    for (auto _ : state) gWindow->PaletteUsage()->Open();
-    state.counters["rows"] = gWindow->PaletteUsage()->count();
+    for (auto _ : state) gWindow->Views().usage->Open();
+    state.counters["rows"] = gWindow->Views().usage->count();
 }
 BENCHMARK(BM_PaletteUsageList)->Unit(benchmark::kMillisecond);
 

@@ -107,10 +107,10 @@ BENCHMARK(BM_FontText40)->Unit(benchmark::kMillisecond);
 // it); gives the longest the event loop went without a turn meanwhile: the
 // copy is made on this thread, the write is the writer's.
 qint64 EditUntilKept(frmSTY2& w) {
-    const auto& store = w.Kept()->store();
-    const std::string path = w.CurrentStylePath();
+    const auto& store = w.Document().Kept()->store();
+    const std::string path = w.Document().Path();
     const std::int64_t before = store.Find(path) ? store.Find(path)->keptMs : 0;
-    w.RecordEdit(ombrevale::editparts::Kind::Recycling, 0, QStringLiteral("bench"), [] {
+    w.Document().Record({{ombrevale::editparts::Kind::Recycling, 0}}, QStringLiteral("bench"), [] {
         modDeclares::STYRecycle.insert(modDeclares::STYRecycle.begin(), 1);
         return true;
     });

@@ -8,7 +8,8 @@
 
 namespace ombrevale::workbench {
 
-AllRemapsWindow::AllRemapsWindow(Source source, QWidget* owner) : ToolListWindow(owner), source_(std::move(source)) {
+AllRemapsWindow::AllRemapsWindow(Source source, StyleDocument& doc, QWidget* owner)
+    : ToolListWindow(owner, doc), source_(std::move(source)) {
     setViewMode(QListView::IconMode);
     setMovement(QListView::Static);
     setResizeMode(QListView::Adjust);

@@ -22,7 +22,7 @@ public:
         // The sprite in row's colours: row 0 its own, row k remap k's; null when that has no palette.
         std::function<QImage(int row)> picture;
     };
-    AllRemapsWindow(Source source, QWidget* owner);
+    AllRemapsWindow(Source source, StyleDocument& doc, QWidget* owner);
 
 signals:
     // Row 0 is the sprite's own palette, row k the k-th remap of its record.

@@ -2,6 +2,7 @@
 #include "workbench/mapsheet.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QDropEvent>
 #include <QGroupBox>
@@ -38,8 +39,13 @@ namespace {
 constexpr int kSheetTop = -120;
 }  // namespace
 
+using ombrevale::workbench::StyleDocument;
+
 frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
-    : QWidget(parent), commandLinePath_(std::move(stylePath)) {
+    : QWidget(parent),
+      doc_(new StyleDocument(this)),
+      commandLinePath_(std::move(stylePath)),
+      views_(new ombrevale::workbench::AddedViews(*this, *doc_)) {
     // Form_Initialize: Qt's widgets need no common-controls set-up.
     ombrevale::workbench::UseWindowsFontMetrics();
     QFont font(QStringLiteral("Microsoft Sans Serif"));
@@ -49,45 +55,24 @@ frmSTY2::frmSTY2(std::optional<std::string> stylePath, QWidget* parent)
     setWindowTitle(QStringLiteral("Ombrevale v" OMBREVALE_VERSION));
     setWindowIcon(imgToolBar::WindowIcon());
     resize(ombrevale::twips::ToPx(8910), ombrevale::twips::ToPx(7710));
-    edits_ = new ombrevale::workbench::StyleEdits(
-        [this]() -> clsSTY& { return Sty(); },
-        [this](ombrevale::editparts::Kind kind, std::int32_t number) { ShowEdited(kind, number); }, this);
+    // The window redraws first; the views that watch the document then find it drawn.
+    connect(doc_, &StyleDocument::Loaded, this, &frmSTY2::DocumentLoaded);
+    connect(doc_, &StyleDocument::PartChanged, this, &frmSTY2::ShowEdited);
     setAcceptDrops(true);
     BuildControls();
     WirePanes();
-    WireViews();
-    WireEdits();
-    WireKeptEdits();
+    views_->Build();
     WireFolderImport();
     qApp->installEventFilter(this);
     Form_Load();
 }
 
-frmSTY2::~frmSTY2() {
-    qApp->removeEventFilter(this);
-    // Gone before the history it watches, whose end would otherwise read as an undo to the saved point.
-    KeepEditsNow();
-    delete kept_;
-}
-
-clsSTY& frmSTY2::Sty() {
-    if (!oSty) oSty = std::make_unique<clsSTY>();
-    return *oSty;
-}
+frmSTY2::~frmSTY2() { qApp->removeEventFilter(this); }
 
 void frmSTY2::BuildControls() {
     MainTab = new QTabWidget(this);
     MainTab->setTabPosition(QTabWidget::South);
     Place(MainTab, -30, 330, 8970, 7365);
-    BuildTilesPage();
-    BuildOtherPages();
-    picTemp = new PictureBox(this);
-    Place(picTemp, 1350, 2910, 1320, 1725);
-    picTemp->hide();
-    MainTab->setCurrentIndex(0);
-}
-
-void frmSTY2::BuildTilesPage() {
     auto* page = new QWidget;
     MainTab->addTab(page, QStringLiteral("Tiles"));
     picCont = new QWidget(page);
@@ -126,6 +111,11 @@ void frmSTY2::BuildTilesPage() {
                 picMain_MouseUp(static_cast<int>(b), static_cast<int>(s), x, y);
             });
     connect(cmdGen, &QPushButton::clicked, this, [this] { cmdGen_Click(); });
+    BuildOtherPages();
+    picTemp = new PictureBox(this);
+    Place(picTemp, 1350, 2910, 1320, 1725);
+    picTemp->hide();
+    MainTab->setCurrentIndex(0);
 }
 
 void frmSTY2::BuildOtherPages() {
@@ -158,7 +148,7 @@ void frmSTY2::BuildOtherPages() {
     Place(cmdCreateText, 7800, 450, 1020, 405);
     picFont = new PictureBox(font);
     Place(picFont, 90, 900, 8880, 3645);
-    fontChoice_ = new ombrevale::workbench::FontChoice(font, this);
+    views_->fontChoice = new ombrevale::workbench::FontChoice(font, this);
 
     auto* recy = new QWidget;
     MainTab->addTab(recy, QStringLiteral("Recycling"));
@@ -182,26 +172,41 @@ std::string frmSTY2::StylePath() const {
     return value.empty() ? value : LocalPathForStylePath(value);
 }
 
-void frmSTY2::SetBusy(bool busy) {
-    busy_ = busy;
-    edits_->Pause(busy);
+void frmSTY2::Form_Load() {
+    MainTab->move(MainTab->x(), 0);
+    const std::string path = StylePath();
+    // Nothing to read: the empty document shows as a loaded one would.
+    if (path.empty())
+        DocumentLoaded(StyleDocument::LoadKind::Start);
+    else
+        doc_->Reload(path, StyleDocument::LoadKind::Start);
+    ombrevale::workbench::SetTopMost(this, true);
 }
 
-void frmSTY2::Form_Load() {
-    SetBusy(true);
-    const std::string path = StylePath();
-    styleLoaded_ = !path.empty() && Sty().LoadSTY(path);
-    Sty().DrawTransparent(true);
-    MainTab->move(MainTab->x(), 0);
-    FillLists();
-    SetBusy(false);
-    if (!path.empty()) {
-        panesStylePath_ = path;
-        ForgetEdits();
+void frmSTY2::DocumentLoaded(StyleDocument::LoadKind kind) {
+    // What was told of the last style may hold again for this one.
+    causesTold_.clear();
+    switch (kind) {
+        case StyleDocument::LoadKind::Start:
+            Sty().DrawTransparent(true);
+            FillLists();
+            RenderSheet();
+            break;
+        case StyleDocument::LoadKind::Refresh:
+            // Another file may count other fonts; the lists themselves stay as they were.
+            views_->fontChoice->Refill();
+            RenderSheet();
+            break;
+        case StyleDocument::LoadKind::Open:
+        case StyleDocument::LoadKind::Restore:
+            Sty().DrawTransparent(true);
+            actions_.trans->setChecked(true);
+            // The lists go first: while a sprite row is chosen, the pane's controls would redraw it.
+            FillLists();
+            ResetPanes();
+            RenderSheet();
+            break;
     }
-    RenderSheet();
-    ombrevale::workbench::SetTopMost(this, true);
-    if (!path.empty()) keptView_->Offer(path);
 }
 
 void frmSTY2::FillLists() {
@@ -217,7 +222,7 @@ void frmSTY2::FillLists() {
     for (int i = 1; i <= Sty().GetNumOfPals(); ++i) palettes.append(QStringLiteral("Palette: %1").arg(i));
     lstSprites->addItems(sprites);
     lstPalettes->addItems(palettes);
-    fontChoice_->Refill();
+    views_->fontChoice->Refill();
     FillRecycleList();
 }
 
@@ -247,8 +252,8 @@ void frmSTY2::ResetPanes() {
     lblColour->setPalette(QPalette());
     picPalette->Cls();
     picFont->Cls();
-    for (auto* lens : {picSpriteZoom, picFontZoom}) lens->SetPictureSize({});
-    fontChoice_->Reset();
+    for (auto* lens : {views_->spriteZoom, views_->fontZoom}) lens->SetPictureSize({});
+    views_->fontChoice->Reset();
     Place(picTemp, 1350, 2910, 1320, 1725);
     picTemp->Cls();
     MainTab->setCurrentIndex(0);
@@ -256,23 +261,13 @@ void frmSTY2::ResetPanes() {
 
 void frmSTY2::cmdGen_Click() {
     // A Refresh that arrives through a load's or a render's event run waits for no one: it is dropped.
-    if (busy_) return;
+    if (doc_->Busy()) return;
     const std::string path = StylePath();
-    // The edits a reload drops stay on disk, offered again below.
-    KeepEditsNow();
-    SetBusy(true);
-    if (!path.empty()) styleLoaded_ = Sty().LoadSTY(path);
-    SetBusy(false);
-    if (!path.empty()) {
-        // Save then writes the file that Refresh took up.
-        panesStylePath_ = path;
-        ForgetEdits();
-        // Another file may count other fonts; the lists themselves stay as they were.
-        fontChoice_->Refill();
-    }
-    RenderSheet();
-    FollowDocument();
-    if (!path.empty()) keptView_->Offer(path);
+    // Save then writes the file that Refresh took up; with none named, the sheet is only drawn again.
+    if (path.empty())
+        RenderSheet();
+    else
+        doc_->Reload(path, StyleDocument::LoadKind::Refresh);
 }
 
 void frmSTY2::dragEnterEvent(QDragEnterEvent* event) {
@@ -289,7 +284,7 @@ void frmSTY2::dropEvent(QDropEvent* event) {
         this,
         [this, file = urls[0].toLocalFile()] {
             if (file.endsWith(QLatin1String(".gmp"), Qt::CaseInsensitive))
-                mapSheet_->Open(file);
+                views_->map->Open(file);
             else
                 OpenStyle(file);
         },
@@ -338,4 +333,10 @@ bool frmSTY2::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     return QWidget::eventFilter(watched, event);
+}
+
+void frmSTY2::closeEvent(QCloseEvent* event) {
+    // Esc and the close button leave unsaved edits on disk for the next start.
+    doc_->KeepNow();
+    QWidget::closeEvent(event);
 }

@@ -121,35 +121,14 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
         parts.push_back({Kind::Palette, place->palette});
         parts.push_back({Kind::PaletteEntry, place->entry});
         parts.push_back({tile ? Kind::Tile : Kind::Sprite, target.number});
-        RecordEdits(parts, text + QStringLiteral(" with a palette of its own"),
-                    [&] { return told(own::Apply(Sty(), target, *place, *reduced)); });
+        doc_->Record(parts, text + QStringLiteral(" with a palette of its own"),
+                     [&] { return told(own::Apply(Sty(), target, *place, *reduced)); });
         return;
     }
     const Kind kind = tile ? Kind::Tile : target.kind == own::TargetKind::Delta ? Kind::Deltas : Kind::Sprite;
-    RecordEdit(kind, target.number, text, [&] {
+    doc_->Record({{kind, target.number}}, text, [&] {
         if (kind == Kind::Tile) return told(imp::IntoTile(Sty(), target.number, fitted.numbers));
         if (kind == Kind::Sprite) return told(imp::IntoSprite(Sty(), target.number, fitted.numbers));
         return told(imp::IntoDelta(Sty(), static_cast<std::int16_t>(target.number), target.delta, fitted.numbers));
     });
-}
-
-void frmSTY2::ShowPaletteEntry(std::int32_t entry) {
-    if (entry < Sty().GetNumOfTiles()) {
-        RedrawTile(entry);
-        // The label names the selected tile's palette.
-        if (sSelKind == "t" && picMain->Tag.toInt() == entry)
-            lblIdx->setText(QStringLiteral("Index: %1 Palette: %2")
-                                .arg(entry)
-                                .arg(modDeclares::STYPalIndex[static_cast<std::size_t>(entry)]));
-        lblIdx->adjustSize();
-        return;
-    }
-    ShowEdited(Kind::Sprite, entry);
-}
-
-void frmSTY2::ShowPaletteCount() {
-    const int count = Sty().GetNumOfPals();
-    while (lstPalettes->count() > count) delete lstPalettes->takeItem(lstPalettes->count() - 1);
-    while (lstPalettes->count() < count)
-        lstPalettes->addItem(QStringLiteral("Palette: %1").arg(lstPalettes->count() + 1));
 }

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -16,60 +17,16 @@
 #include "pixels/pictureimport.h"
 #include "style/hooks.h"
 #include "style/moddeclares.h"
-#include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
-#include "workbench/keptcopy.h"
-#include "workbench/keptview.h"
-#include "workbench/mapsheet.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/sheetgeometry.h"
 #include "workbench/spritename.h"
-#include "workbench/styleedits.h"
-#include "workbench/zoomlens.h"
 
 using ombrevale::editparts::Kind;
 using ombrevale::editparts::Part;
 
 using ombrevale::sheet::kCell;
-
-void frmSTY2::WireEdits() {
-    // The menus of the sheet and of the sprite picture offer the same as the tool bar.
-    picMain->setContextMenuPolicy(Qt::CustomContextMenu);
-    connect(picMain, &QWidget::customContextMenuRequested, this, [this](const QPoint& at) { SheetMenu(at); });
-    auto* importSprite = new QAction(QStringLiteral("Import picture..."), this);
-    auto* exportSprite = new QAction(QStringLiteral("Export picture..."), this);
-    connect(importSprite, &QAction::triggered, this, [this] { tlbMain_ButtonClick(QStringLiteral("import")); });
-    connect(exportSprite, &QAction::triggered, this, [this] { tlbMain_ButtonClick(QStringLiteral("export")); });
-    picSpriteZoom->SetMoreActions(QList<QAction*>{importSprite, exportSprite} + carPanel_->Actions());
-}
-
-QUndoStack* frmSTY2::UndoStack() const { return edits_->Stack(); }
-
-bool frmSTY2::RecordEdit(Kind kind, std::int32_t number, const QString& text, const std::function<bool()>& change) {
-    return RecordEdits({{kind, number}}, text, change);
-}
-
-bool frmSTY2::RecordEdits(const std::vector<std::pair<Kind, std::int32_t>>& parts, const QString& text,
-                          const std::function<bool()>& change) {
-    if (busy_) {
-        // The change may hold on to what its caller had: it cannot wait for the job, so it is refused aloud.
-        MsgBox(("The style is being loaded, drawn or saved, so " + text +
-                " was not made. Make it again when that "
-                "ends.")
-                   .toStdString(),
-               "Ombrevale", MsgIcon::Exclamation);
-        return false;
-    }
-    if (!keptView_->MayReplace()) return false;
-    return edits_->Record(parts, text, change);
-}
-
-void frmSTY2::ForgetEdits() {
-    kept_->Loaded(panesStylePath_);
-    // What was told of the last style may hold again for this one.
-    causesTold_.clear();
-}
 
 void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
     // The panes show the stores as they are now, and what the user has chosen stays chosen.
@@ -80,11 +37,25 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
             RedrawTile(number);
             break;
         case Kind::PaletteEntry:
-            ShowPaletteEntry(number);
+            if (number < Sty().GetNumOfTiles()) {
+                RedrawTile(number);
+                // The label names the selected tile's palette.
+                if (sSelKind == "t" && picMain->Tag.toInt() == number)
+                    lblIdx->setText(QStringLiteral("Index: %1 Palette: %2")
+                                        .arg(number)
+                                        .arg(modDeclares::STYPalIndex[static_cast<std::size_t>(number)]));
+                lblIdx->adjustSize();
+            } else if (lstSprites->currentRow() >= 0 && !picSprite->image().isNull()) {
+                ShowSprite();
+            }
             break;
-        case Kind::PaletteCount:
-            ShowPaletteCount();
+        case Kind::PaletteCount: {
+            const int count = Sty().GetNumOfPals();
+            while (lstPalettes->count() > count) delete lstPalettes->takeItem(lstPalettes->count() - 1);
+            while (lstPalettes->count() < count)
+                lstPalettes->addItem(QStringLiteral("Palette: %1").arg(lstPalettes->count() + 1));
             break;
+        }
         case Kind::Palette:
             for (std::int32_t t = 0; t < Sty().GetNumOfTiles(); ++t)
                 if (static_cast<std::size_t>(t) < modDeclares::STYPalIndex.size() &&
@@ -111,7 +82,6 @@ void frmSTY2::ShowEdited(Kind kind, std::int32_t number) {
     }
     sSelKind = kind0;
     iSelNum = num0;
-    if (mapSheet_) mapSheet_->Edited(kind, number);
 }
 
 void frmSTY2::RedrawTile(std::int32_t t) {

@@ -16,7 +16,6 @@
 #include "workbench/keptview.h"
 #include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
-#include "workbench/styleedits.h"
 
 namespace {
 
@@ -134,19 +133,18 @@ void frmSTY2::WireFolderImport() {
 
 void frmSTY2::ImportFolder() {
     using ombrevale::panesdialogs::FileMode;
-    if (busy_ || !keptView_->MayReplace()) return;
+    if (doc_->Busy() || !views_->kept->MayReplace()) return;
     const QString dir = ombrevale::panesdialogs::FileDialog(this, FileMode::Folder, QStringLiteral("Import Folder"),
                                                             QString(), DialogFolder());
     if (dir.isEmpty()) return;
     const auto read = [&](fi::Colours colours) {
         // Reading is a job: nothing that changes the style runs meanwhile.
-        SetBusy(true);
+        const ombrevale::workbench::StyleDocument::Job job(*doc_);
         fi::Plan plan = fi::Read(Sty(), dir.toStdString(), colours, [](int done, int total) {
             if (done == 0) ProgressStart(0, total, "Please Wait...");
             ProgressStep(done, "Reading the folder...");
         });
         ProgressEnd();
-        SetBusy(false);
         return plan;
     };
     fi::Plan plan = read(fi::Colours::Nearest);
@@ -181,8 +179,7 @@ void frmSTY2::ImportFolder() {
     fi::Apply(Sty(), plan);
     std::vector<Part> after = fi::Touched(Sty(), plan);
     own.Add(Sty(), before, after);
-    for (const Part& part : after) ShowEdited(part.kind, part.number);
     const QString name = QDir(dir).dirName();
-    edits_->Push(QStringLiteral("import folder %1").arg(name), std::move(before), std::move(after));
+    doc_->Push(QStringLiteral("import folder %1").arg(name), std::move(before), std::move(after));
     MsgBox(QStringLiteral("Imported from %1: %2").arg(dir, report).toStdString(), "Ombrevale", MsgIcon::Information);
 }

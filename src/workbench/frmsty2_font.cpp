@@ -15,7 +15,7 @@ namespace fonts = ombrevale::fonts;
 
 void frmSTY2::cmdCreateText_Click() {
     picFont->Cls();
-    const int font = fontChoice_->Chosen();
+    const int font = views_->fontChoice->Chosen();
     const std::u32string text = txtText->text().toStdU32String();
     const fonts::Line line = fonts::SetLine(Sty(), font, text);
     const bool own = font != fonts::kFixedRule;
@@ -51,10 +51,10 @@ void frmSTY2::cmdCreateText_Click() {
             picFont->SetPixelV(left + box - 2, by, 0);
         }
     }
-    picFontZoom->SetPictureSize(QSize(x, height));
+    views_->fontZoom->SetPictureSize(QSize(x, height));
     const QString missing = QString::fromStdU32String(line.missing);
     if (!own) {
-        fontChoice_->Note({});
+        views_->fontChoice->Note({});
         if (!missing.isEmpty())
             MsgBox("This style has no font sprite for \"" + missing.toStdString() + "\": left out of the line.",
                    "Ombrevale", MsgIcon::Information);
@@ -68,5 +68,5 @@ void frmSTY2::cmdCreateText_Click() {
     if (const auto past = fonts::GlyphsPastTheSprites(Sty(), font))
         note
             << QStringLiteral("FONB counts %1 glyphs of font %2 past the style's last sprite.").arg(past).arg(font + 1);
-    fontChoice_->Note(note.join(QLatin1Char(' ')));
+    views_->fontChoice->Note(note.join(QLatin1Char(' ')));
 }

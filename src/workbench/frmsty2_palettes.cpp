@@ -59,38 +59,39 @@ QLineEdit* Box(QWidget* page, int left, int top) {
 
 }  // namespace
 
-void frmSTY2::BuildPalettePane() {
-    QWidget* page = lstPalettes->parentWidget();
-    lblPalInfo = Caption(page, QString(), 3240, 105);
+void BuildPalettePane(frmSTY2& f) {
+    QWidget* page = f.lstPalettes->parentWidget();
+    f.lblPalInfo = Caption(page, QString(), 3240, 105);
     Caption(page, QStringLiteral("Index:"), 3240, 420);
-    txtIdx = Box(page, 3810, 360);
-    txtIdx->setReadOnly(true);
+    f.txtIdx = Box(page, 3810, 360);
+    f.txtIdx->setReadOnly(true);
     Caption(page, QStringLiteral("Red:"), 3240, 750);
-    txtRed = Box(page, 3810, 690);
+    f.txtRed = Box(page, 3810, 690);
     Caption(page, QStringLiteral("Green:"), 3240, 1080);
-    txtGreen = Box(page, 3810, 1020);
+    f.txtGreen = Box(page, 3810, 1020);
     Caption(page, QStringLiteral("Blue:"), 3240, 1410);
-    txtBlue = Box(page, 3810, 1350);
-    lblColour = new QLabel(page);
-    Place(lblColour, 4485, 360, 1320, 1320);
-    lblColour->setAutoFillBackground(true);
-    lblColour->setFrameShape(QFrame::Box);
-    Label8 = new QLabel(QStringLiteral("To change a color, select the palette from the list , then select the colour "
-                                       "from the picture, then click on the big box of colour."),
-                        page);
-    Place(Label8, 3270, 1815, 3840, 2130);
-    Label8->setWordWrap(true);
-    Label8->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    f.txtBlue = Box(page, 3810, 1350);
+    f.lblColour = new QLabel(page);
+    Place(f.lblColour, 4485, 360, 1320, 1320);
+    f.lblColour->setAutoFillBackground(true);
+    f.lblColour->setFrameShape(QFrame::Box);
+    f.Label8 = new QLabel(QStringLiteral("To change a color, select the palette from the list , then select the colour "
+                                         "from the picture, then click on the big box of colour."),
+                          page);
+    Place(f.Label8, 3270, 1815, 3840, 2130);
+    f.Label8->setWordWrap(true);
+    f.Label8->setAlignment(Qt::AlignLeft | Qt::AlignTop);
 
-    picPalette->setMouseTracking(true);
-    connect(lstPalettes, &QListWidget::currentRowChanged, this, [this] { lstPalettes_Click(); });
-    new PanesEventTap(picPalette, QEvent::MouseMove, [this](QEvent* e) {
-        picPalette_MouseMove(UserY(*picPalette, static_cast<QMouseEvent*>(e)->position().y()));
+    f.picPalette->setMouseTracking(true);
+    QObject::connect(f.lstPalettes, &QListWidget::currentRowChanged, &f, [&f] { f.lstPalettes_Click(); });
+    new PanesEventTap(f.picPalette, QEvent::MouseMove, [&f](QEvent* e) {
+        f.picPalette_MouseMove(UserY(*f.picPalette, static_cast<QMouseEvent*>(e)->position().y()));
     });
-    connect(picPalette, &PictureBox::MouseUp, this, [this](Qt::MouseButton, Qt::KeyboardModifiers, double, double y) {
-        picPalette_MouseUp(UserY(*picPalette, y));
-    });
-    new PanesEventTap(lblColour, QEvent::MouseButtonRelease, [this](QEvent*) { lblColour_Click(); });
+    QObject::connect(f.picPalette, &PictureBox::MouseUp, &f,
+                     [&f](Qt::MouseButton, Qt::KeyboardModifiers, double, double y) {
+                         f.picPalette_MouseUp(UserY(*f.picPalette, y));
+                     });
+    new PanesEventTap(f.lblColour, QEvent::MouseButtonRelease, [&f](QEvent*) { f.lblColour_Click(); });
 }
 
 void frmSTY2::lstPalettes_Click() {
@@ -105,7 +106,7 @@ void frmSTY2::lstPalettes_Click() {
         for (int x = 0; x < w; ++x) picPalette->SetPixelV(x, y, colour);
     }
     sSelKind = "p";
-    usage_->Follow();
+    views_->usage->Follow();
 }
 
 void frmSTY2::picPalette_MouseMove(double Y) {
@@ -147,15 +148,15 @@ void frmSTY2::lblColour_Click() {
                "Ombrevale", MsgIcon::Exclamation);
         return;
     }
-    RecordEdit(ombrevale::editparts::Kind::Palette, p,
-               QStringLiteral("colour %1 of %2").arg(*i).arg(ombrevale::workbench::PaletteName(p)), [&] {
-                   // Blue, green, red in the store; the fourth byte stays.
-                   auto& pal = STYPalData[static_cast<std::size_t>(p)];
-                   const auto at = static_cast<std::size_t>(*i) * 4;
-                   pal[at + 2] = static_cast<std::uint8_t>(*red);
-                   pal[at + 1] = static_cast<std::uint8_t>(*green);
-                   pal[at] = static_cast<std::uint8_t>(*blue);
-                   return true;
-               });
+    doc_->Record({{ombrevale::editparts::Kind::Palette, p}},
+                 QStringLiteral("colour %1 of %2").arg(*i).arg(ombrevale::workbench::PaletteName(p)), [&] {
+                     // Blue, green, red in the store; the fourth byte stays.
+                     auto& pal = STYPalData[static_cast<std::size_t>(p)];
+                     const auto at = static_cast<std::size_t>(*i) * 4;
+                     pal[at + 2] = static_cast<std::uint8_t>(*red);
+                     pal[at + 1] = static_cast<std::uint8_t>(*green);
+                     pal[at] = static_cast<std::uint8_t>(*blue);
+                     return true;
+                 });
     lstPalettes_Click();
 }

@@ -24,7 +24,7 @@ void frmSTY2::cmdRecyAdd_Click() {
                MsgIcon::Exclamation);
         return;
     }
-    RecordEdit(ombrevale::editparts::Kind::Recycling, 0, QStringLiteral("add %1 to recycling").arg(model), [&] {
+    doc_->Record({{ombrevale::editparts::Kind::Recycling, 0}}, QStringLiteral("add %1 to recycling").arg(model), [&] {
         lstRecy->addItem(QString::asprintf("%03d", model));
         SyncRecycle();
         return true;
@@ -35,14 +35,15 @@ void frmSTY2::cmdRecyRemove_Click() {
     const int row = lstRecy->currentRow();
     if (row < 0 || !lstRecy->item(row)->isSelected()) return;
     const QString model = lstRecy->item(row)->text();
-    RecordEdit(ombrevale::editparts::Kind::Recycling, 0, QStringLiteral("remove %1 from recycling").arg(model), [&] {
-        delete lstRecy->takeItem(row);
-        // The list would move the selection to the next row, and a second press would remove that one too.
-        lstRecy->setCurrentItem(nullptr);
-        lstRecy->clearSelection();
-        SyncRecycle();
-        return true;
-    });
+    doc_->Record({{ombrevale::editparts::Kind::Recycling, 0}}, QStringLiteral("remove %1 from recycling").arg(model),
+                 [&] {
+                     delete lstRecy->takeItem(row);
+                     // The list would move the selection to the next row, and a second press would remove that one too.
+                     lstRecy->setCurrentItem(nullptr);
+                     lstRecy->clearSelection();
+                     SyncRecycle();
+                     return true;
+                 });
 }
 
 void frmSTY2::FillRecycleList() {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <memory>
 #include <optional>
 
 #include "editorlink/modcontrolwin.h"
@@ -61,8 +62,8 @@ void frmSTY2::SetScrollMax(int max) {
 
 void frmSTY2::RenderSheet() {
     // A render started from inside another's event run would draw into the same sheet: drop it.
-    if (busy_) return;
-    SetBusy(true);
+    if (doc_->Busy()) return;
+    auto job = std::make_unique<ombrevale::workbench::StyleDocument::Job>(*doc_);
     rendering_ = true;
     QElapsedTimer whole;
     whole.start();
@@ -131,19 +132,19 @@ void frmSTY2::RenderSheet() {
                     " the same problem. The cells of these " + std::to_string(g.times) + " tiles are left blank.";
         MsgBox(text, g.title, g.icon);
     }
-    SetBusy(false);
+    job.reset();
     ShowSheetNote();
     // A reload may bring other lists and another number of tiles.
-    if (surfaces_->Shown()) ShowSurfaces(true);
-    if (mapSheet_) mapSheet_->SheetDrawn();
+    if (views_->surfaces->Shown()) views_->ShowSurfaces(true);
+    views_->map->SheetDrawn();
     modControlWin::FindEditorList();
 }
 
 void frmSTY2::ShowSheetNote() {
-    actions_.save->setEnabled(styleLoaded_);
-    actions_.saveAs->setEnabled(styleLoaded_);
+    actions_.save->setEnabled(doc_->HasStyle());
+    actions_.saveAs->setEnabled(doc_->HasStyle());
     QString note;
-    if (!styleLoaded_) {
+    if (!doc_->HasStyle()) {
         const std::string path = StylePath();
         note = QStringLiteral(
             "No style is loaded. Open one with Ctrl+O or the Open button, or drop a style file "

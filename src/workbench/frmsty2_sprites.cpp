@@ -49,59 +49,58 @@ const char* const kDeltaNames[20] = {"(none)",
 
 constexpr int kOtherInfoPage = 1;
 
+void BuildSpritePanes(frmSTY2& f) {
+    QWidget* image = f.SprTab->widget(0);
+    f.cmbDeltas = new QComboBox(image);
+    Place(f.cmbDeltas, 150, 420, 3360, 315);
+    for (const char* name : kDeltaNames) f.cmbDeltas->addItem(QString::fromLatin1(name));
+    f.cmbDeltas->setCurrentIndex(-1);
+    f.picSprite = new PictureBox(image);
+    Place(f.picSprite, 150, 810, 1980, 1980);
+    f.lblSSize = new QLabel(image);
+    f.lblSSize->setFont(QFont(QStringLiteral("Tahoma"), 9));
+    f.lblSSize->move(ombrevale::twips::ToPx(180), ombrevale::twips::ToPx(2850));
+    f.lblSSize->adjustSize();
+    f.Label7 = new QLabel(QStringLiteral("Remaps:"), image);
+    f.Label7->move(ombrevale::twips::ToPx(4890), ombrevale::twips::ToPx(390));
+    f.Label7->adjustSize();
+    f.lstRemaps = new QListWidget(image);
+    Place(f.lstRemaps, 4890, 630, 1575, 3180);
+
+    f.lstInfo = new QTreeWidget(f.SprTab->widget(kOtherInfoPage));
+    Place(f.lstInfo, 120, 390, 6330, 3615);
+    f.lstInfo->setRootIsDecorated(false);
+    f.lstInfo->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Value")});
+    f.lstInfo->setColumnWidth(0, ombrevale::twips::ToPx(4035));
+    f.lstInfo->setColumnWidth(1, ombrevale::twips::ToPx(630));
+
+    // A write of the current row raises the event inside the write, like a ListIndex write.
+    QObject::connect(f.lstSprites, &QListWidget::currentRowChanged, &f, [&f] { f.lstSprites_Click(); });
+    // A click on the row already chosen starts that sprite afresh as well.
+    QObject::connect(f.lstSprites, &QListWidget::itemClicked, &f, [&f](QListWidgetItem* item) {
+        if (f.lstSprites->row(item) == f.lstSprites->currentRow()) f.lstSprites_Click();
+    });
+    QObject::connect(f.lstRemaps, &QListWidget::currentRowChanged, &f, [&f] { f.ShowSprite(); });
+    QObject::connect(f.cmbDeltas, &QComboBox::currentIndexChanged, &f, [&f] { f.ShowSprite(); });
+}
 }  // namespace
 
 void frmSTY2::WirePanes() {
-    BuildSpritePanes();
-    BuildPalettePane();
+    BuildSpritePanes(*this);
+    BuildPalettePane(*this);
     BuildToolbar();
     connect(cmdCreateText, &QPushButton::clicked, this, [this] { cmdCreateText_Click(); });
     // A font chosen shows the text in it at once; Create is for the text typed.
-    connect(fontChoice_->combo(), &QComboBox::activated, this, [this] {
+    connect(views_->fontChoice->combo(), &QComboBox::activated, this, [this] {
         if (!txtText->text().isEmpty()) cmdCreateText_Click();
     });
     connect(cmdRecyAdd, &QPushButton::clicked, this, [this] { cmdRecyAdd_Click(); });
     connect(cmdRecyRemove, &QPushButton::clicked, this, [this] { cmdRecyRemove_Click(); });
 }
 
-void frmSTY2::BuildSpritePanes() {
-    QWidget* image = SprTab->widget(0);
-    cmbDeltas = new QComboBox(image);
-    Place(cmbDeltas, 150, 420, 3360, 315);
-    for (const char* name : kDeltaNames) cmbDeltas->addItem(QString::fromLatin1(name));
-    cmbDeltas->setCurrentIndex(-1);
-    picSprite = new PictureBox(image);
-    Place(picSprite, 150, 810, 1980, 1980);
-    lblSSize = new QLabel(image);
-    lblSSize->setFont(QFont(QStringLiteral("Tahoma"), 9));
-    lblSSize->move(ombrevale::twips::ToPx(180), ombrevale::twips::ToPx(2850));
-    lblSSize->adjustSize();
-    Label7 = new QLabel(QStringLiteral("Remaps:"), image);
-    Label7->move(ombrevale::twips::ToPx(4890), ombrevale::twips::ToPx(390));
-    Label7->adjustSize();
-    lstRemaps = new QListWidget(image);
-    Place(lstRemaps, 4890, 630, 1575, 3180);
-
-    lstInfo = new QTreeWidget(SprTab->widget(kOtherInfoPage));
-    Place(lstInfo, 120, 390, 6330, 3615);
-    lstInfo->setRootIsDecorated(false);
-    lstInfo->setHeaderLabels({QStringLiteral("Name"), QStringLiteral("Value")});
-    lstInfo->setColumnWidth(0, ombrevale::twips::ToPx(4035));
-    lstInfo->setColumnWidth(1, ombrevale::twips::ToPx(630));
-
-    // A write of the current row raises the event inside the write, like a ListIndex write.
-    connect(lstSprites, &QListWidget::currentRowChanged, this, [this] { lstSprites_Click(); });
-    // A click on the row already chosen starts that sprite afresh as well.
-    connect(lstSprites, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
-        if (lstSprites->row(item) == lstSprites->currentRow()) lstSprites_Click();
-    });
-    connect(lstRemaps, &QListWidget::currentRowChanged, this, [this] { ShowSprite(); });
-    connect(cmbDeltas, &QComboBox::currentIndexChanged, this, [this] { ShowSprite(); });
-}
-
 void frmSTY2::lstSprites_Click() {
     // Also when the list empties: no sprite, no record over it.
-    if (carPanel_) carPanel_->Refresh();
+    if (views_->car) views_->car->Refresh();
     const int row = lstSprites->currentRow();
     if (row < 0) return;
     iSelNum = static_cast<std::int16_t>(row);
@@ -130,14 +129,14 @@ void frmSTY2::lstSprites_Click() {
         QStringLiteral("Size: %1x%2").arg(Sty().GetSpriteWidth(iSelNum)).arg(Sty().GetSpriteHeight(iSelNum)));
     lblSSize->adjustSize();
     sSelKind = "s";
-    allRemaps_->Follow();
+    views_->allRemaps->Follow();
 }
 
 void frmSTY2::ShowSprite() {
     const int s = lstSprites->currentRow();
     if (s < 0) return;
     iSelNum = static_cast<std::int16_t>(s);
-    picSpriteZoom->SetPictureSize(QSize(Sty().GetSpriteWidth(s), Sty().GetSpriteHeight(s)));
+    views_->spriteZoom->SetPictureSize(QSize(Sty().GetSpriteWidth(s), Sty().GetSpriteHeight(s)));
     const int remapRow = lstRemaps->currentRow();
     std::int16_t p = 0;
     if (remapRow <= 0) {

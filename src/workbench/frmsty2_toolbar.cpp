@@ -25,8 +25,6 @@
 #include "style/palettebases.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
-#include "workbench/keptcopy.h"
-#include "workbench/keptview.h"
 #include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/panes_events.h"
@@ -42,6 +40,13 @@ namespace {
 const QString kStyleFilter = QStringLiteral("Style files (*.sty);;All files (*)");
 
 void Tell(const std::string& text) { MsgBox(text, "Ombrevale", MsgIcon::Exclamation); }
+
+// A note by the Save button that goes by itself: nothing to dismiss.
+void ShowSaved(QWidget* save, const QString& path) {
+    // Above the button: the tool bar is the window's bottom row.
+    QToolTip::showText(save->mapToGlobal(QPoint(0, -2 * save->height())),
+                       QStringLiteral("Saved %1").arg(QFileInfo(path).fileName()), save, QRect(), 5000);
+}
 
 }  // namespace
 
@@ -61,7 +66,7 @@ void frmSTY2::BuildToolbar() {
         connect(a, &QAction::triggered, this, [this, k] { tlbMain_ButtonClick(k); });
         return a;
     };
-    ToolbarActions& a = actions_;
+    ombrevale::workbench::ToolbarActions& a = actions_;
     a.open = make("open", "Open", "open");
     a.save = make("save", "Save", "save");
     a.saveAs = make("saveas", "Save As", "save");
@@ -71,8 +76,8 @@ void frmSTY2::BuildToolbar() {
     a.copy = make("copy", "Copy", "copy");
     a.paste = make("paste", "Paste", "paste");
     // Undo and Redo are the history's own: enabled and named as it stands.
-    a.undo = edits_->UndoAction();
-    a.redo = edits_->RedoAction();
+    a.undo = doc_->Edits()->UndoAction();
+    a.redo = doc_->Edits()->RedoAction();
     a.undo->setIcon(QIcon(imgToolBar::Picture(QStringLiteral("undo"))));
     a.redo->setIcon(QIcon(imgToolBar::Picture(QStringLiteral("redo"))));
     // The platform's own keys for the file commands, named in their tips.
@@ -118,11 +123,15 @@ void frmSTY2::BuildToolbar() {
     new PanesEventTap(cmdGen, QEvent::Move, [place](QEvent*) { place(); });
     new PanesEventTap(MainTab->tabBar(), QEvent::Resize, [place](QEvent*) { place(); });
     tlbMain->show();
+    connect(doc_, &ombrevale::workbench::StyleDocument::Saved, this, [this](const QString& path) {
+        auto* save = qobject_cast<QWidget*>(actions_.save->associatedObjects().value(0));
+        ShowSaved(save ? save : tlbMain, path);
+    });
 }
 
 void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
     // Every button changes or writes the document, or starts a job: none runs inside a running job.
-    if (busy_) return;
+    if (doc_->Busy()) return;
     if (Key == QLatin1String("trans")) {
         const bool pressed = actions_.trans->isChecked();
         Sty().DrawTransparent(pressed);
@@ -148,7 +157,9 @@ void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
     } else if (Key == QLatin1String("paste")) {
         MsgBox("Paste Disabled");
     } else if (Key == QLatin1String("open")) {
-        ToolbarOpen();
+        const QString path =
+            FileDialog(this, FileMode::Open, QStringLiteral("Open Style"), kStyleFilter, DialogFolder());
+        if (!path.isEmpty()) OpenStyle(path);
     } else if (Key == QLatin1String("save")) {
         ToolbarSave(false);
     } else if (Key == QLatin1String("saveas")) {
@@ -164,103 +175,41 @@ void frmSTY2::tlbMain_ButtonClick(const QString& Key) {
     }
 }
 
-void frmSTY2::ToolbarOpen() {
-    const QString path = FileDialog(this, FileMode::Open, QStringLiteral("Open Style"), kStyleFilter, DialogFolder());
-    if (!path.isEmpty()) OpenStyle(path);
-}
-
 void frmSTY2::OpenStyle(const QString& path) {
-    if (busy_) return;
+    if (doc_->Busy()) return;
     if (!QFile::exists(path)) {
         Tell("The file " + path.toStdString() + " does not exist.");
         return;
     }
     const std::string file = path.toStdString();
-    KeepEditsNow();
     LoadReport report;
-    if (!LoadAfresh(file, report)) {
+    if (!doc_->Open(file, report)) {
         const std::string why = report.problem->kind == ombrevale::Problem::Kind::NotAStyle
                                     ? "The file " + file + " is not a style file: it does not begin with GBST."
                                     : LoadFailureText(file, report, {});
         MsgBox(why + " It was not opened; the style you had is still loaded.", "ERROR", MsgIcon::Exclamation);
         return;
     }
-    panesStylePath_ = file;
-    ForgetEdits();
-    RefillAfterOpen();
     if (!report.warnings.empty()) MsgBox(LoadWarningText(file, report), "Ombrevale", MsgIcon::Information);
-    keptView_->Offer(file);
-}
-
-bool frmSTY2::LoadAfresh(const std::string& file, LoadReport& report, ombrevale::workbench::WholeDocument* previous) {
-    // The file is read into an empty document, as at a start on it; one that
-    // does not load puts back the style in memory, unsaved changes and all.
-    clsSTY before = std::move(Sty());
-    modDeclares::SharedStores shared = modDeclares::TakeSharedStores();
-    Sty() = clsSTY();
-    modDeclares::ResetSharedStores();
-    SetBusy(true);
-    const bool loaded = Sty().LoadSTY(file, report);
-    SetBusy(false);
-    if (loaded && previous) *previous = {std::move(before), std::move(shared)};
-    if (loaded) {
-        styleLoaded_ = true;
-        return true;
-    }
-    Sty() = std::move(before);
-    modDeclares::RestoreSharedStores(std::move(shared));
-    // No render follows to close the progress window.
-    ProgressEnd();
-    return false;
-}
-
-void frmSTY2::RefillAfterOpen() {
-    Sty().DrawTransparent(true);
-    actions_.trans->setChecked(true);
-    // The lists go first: while a sprite row is chosen, the pane's controls would redraw it.
-    FillLists();
-    ResetPanes();
-    RenderSheet();
-    FollowDocument();
 }
 
 void frmSTY2::ToolbarSave(bool askName) {
     // Nothing loaded: there is no style to write, only an empty shell of one.
-    if (!styleLoaded_) return;
-    std::string path = askName ? std::string() : panesStylePath_;
+    if (!doc_->HasStyle()) return;
+    std::string path = askName ? std::string() : doc_->Path();
     if (path.empty() && !askName) path = StylePath();
     if (path.empty()) {
         path = FileDialog(this, FileMode::Save, QStringLiteral("Save Style As"), kStyleFilter, DialogFolder())
                    .toStdString();
         if (path.empty()) return;
     }
-    // An edit made just now is kept before the save starts: an end during the
-    // save finds the pending copy busy and cannot write it.
-    KeepEditsNow();
-    // SaveSTY keeps the former file as .bak and tells the user of any failure.
-    SetBusy(true);
-    const bool saved = Sty().SaveSTY(path);
-    SetBusy(false);
-    if (!saved) return;
-    panesStylePath_ = path;
-    kept_->Saved(path);
-    ShowSaved(path);
+    doc_->Save(path);
 }
 
 QString frmSTY2::DialogFolder() const {
-    const std::string style = panesStylePath_.empty() ? StylePath() : panesStylePath_;
+    const std::string style = doc_->Path().empty() ? StylePath() : doc_->Path();
     // Never the private working folder, the current one, which goes at exit.
     return style.empty() ? QDir::homePath() : QFileInfo(QString::fromStdString(style)).absolutePath();
-}
-
-void frmSTY2::ShowSaved(const std::string& path) {
-    // A note by the Save button that goes by itself: nothing to dismiss.
-    const QString file = QFileInfo(QString::fromStdString(path)).fileName();
-    QWidget* save = qobject_cast<QWidget*>(actions_.save->associatedObjects().value(0));
-    if (!save) save = tlbMain;
-    // Above the button: the tool bar is the window's bottom row.
-    QToolTip::showText(save->mapToGlobal(QPoint(0, -2 * save->height())), QStringLiteral("Saved %1").arg(file), save,
-                       QRect(), 5000);
 }
 
 void frmSTY2::ToolbarExport() {
@@ -317,8 +266,8 @@ void frmSTY2::ToolbarImport() {
         Tell(path.toStdString() + " is not a JASC-PAL palette file. The palette was not changed.");
         return;
     }
-    const bool imported = RecordEdit(ombrevale::editparts::Kind::Palette, p,
-                                     QStringLiteral("JASC import into %1").arg(ombrevale::workbench::PaletteName(p)),
-                                     [&] { return Sty().ImportPalette(path.toStdString(), p); });
+    const bool imported = doc_->Record({{ombrevale::editparts::Kind::Palette, p}},
+                                       QStringLiteral("JASC import into %1").arg(ombrevale::workbench::PaletteName(p)),
+                                       [&] { return Sty().ImportPalette(path.toStdString(), p); });
     if (imported) lstPalettes_Click();
 }

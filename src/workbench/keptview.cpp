@@ -10,13 +10,14 @@
 #include "workbench/keptoffer.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/panes_events.h"
+#include "workbench/styledocument.h"
 
 namespace ombrevale::workbench {
 
-KeptEditsView::KeptEditsView(KeptCopy* kept, Window window, QWidget* sheetPage, QWidget* saveButton, QWidget* parent)
+KeptEditsView::KeptEditsView(StyleDocument& doc, QWidget* sheetPage, QWidget* saveButton, QWidget* parent)
     : QObject(parent),
-      kept_(kept),
-      window_(std::move(window)),
+      doc_(doc),
+      kept_(doc.Kept()),
       parent_(parent),
       offer_(new KeptOffer(sheetPage)),
       badge_(new QLabel(saveButton)) {
@@ -38,6 +39,10 @@ KeptEditsView::KeptEditsView(KeptCopy* kept, Window window, QWidget* sheetPage, 
                    ". Save your work with Save or Save As to keep it.",
                "Ombrevale", MsgIcon::Exclamation);
     });
+    connect(&doc_, &StyleDocument::Loaded, this, [this](StyleDocument::LoadKind kind) {
+        if (kind != StyleDocument::LoadKind::Restore) Offer(doc_.Path());
+    });
+    doc_.SetEditCheck([this] { return MayReplace(); });
 }
 
 void KeptEditsView::ShowUnsaved(bool unsaved, int edits) {
@@ -82,8 +87,8 @@ void KeptEditsView::Withdraw() {
 }
 
 void KeptEditsView::Restore() {
-    if (window_.busy()) return;
-    const std::string path = window_.path();
+    if (doc_.Busy()) return;
+    const std::string path = doc_.Path();
     const auto entry = kept_->store().Find(path);
     if (!entry) return Withdraw();
     if (keptedits::ChangedSince(*entry) &&
@@ -94,19 +99,17 @@ void KeptEditsView::Restore() {
                          .arg(QString::fromStdString(path))))
         return;
     LoadReport report;
-    WholeDocument previous;
-    if (!window_.load(kept_->store().DocumentPath(path), report, previous)) {
-        MsgBox("The kept edits of " + path + " cannot be read: " + report.problem->text + ". Nothing was changed.",
-               "Ombrevale", MsgIcon::Exclamation);
+    if (!doc_.Restore(*entry, report)) {
+        if (report.problem)
+            MsgBox("The kept edits of " + path + " cannot be read: " + report.problem->text + ". Nothing was changed.",
+                   "Ombrevale", MsgIcon::Exclamation);
         return;
     }
     offer_->hide();
-    window_.refill();
-    kept_->Restored(*entry, std::move(previous), window_.swap);
 }
 
 void KeptEditsView::Discard() {
-    const std::string path = window_.path();
+    const std::string path = doc_.Path();
     if (!panesdialogs::Question(
             parent_, QStringLiteral("Discard the unsaved edits of %1 for good?").arg(QString::fromStdString(path))))
         return;

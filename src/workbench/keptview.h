@@ -4,10 +4,7 @@
 // their place, and the badge that counts the unsaved edits on Save.
 
 #include <QObject>
-#include <functional>
 #include <string>
-
-#include "style/clssty.h"
 
 class QLabel;
 class QWidget;
@@ -16,24 +13,13 @@ namespace ombrevale::workbench {
 
 class KeptCopy;
 class KeptOffer;
-struct WholeDocument;
+class StyleDocument;
 
 class KeptEditsView : public QObject {
 public:
-    struct Window {
-        // The style the window holds, as Save writes it.
-        std::function<std::string()> path;
-        std::function<bool()> busy;
-        // Reads file into an empty document, the one it replaces handed out as
-        // previous; false leaves the window's as it was.
-        std::function<bool(const std::string& file, LoadReport& report, WholeDocument& previous)> load;
-        // Trades the window's document for the one given, which gets the window's; every pane shows it.
-        std::function<void(WholeDocument& other)> swap;
-        // Every pane shows the document just loaded.
-        std::function<void()> refill;
-    };
-    // The offer lies over sheetPage, the badge on saveButton.
-    KeptEditsView(KeptCopy* kept, Window window, QWidget* sheetPage, QWidget* saveButton, QWidget* parent);
+    // The offer lies over sheetPage, the badge on saveButton. Every load of a
+    // file offers its kept edits, and an edit asks first whether it may take their place.
+    KeptEditsView(StyleDocument& doc, QWidget* sheetPage, QWidget* saveButton, QWidget* parent);
     // After a load of path: its kept edits, if any, are offered.
     void Offer(const std::string& path);
     void Restore();
@@ -48,8 +34,8 @@ public:
 private:
     void ShowUnsaved(bool unsaved, int edits);
     void Withdraw();
+    StyleDocument& doc_;
     KeptCopy* kept_;
-    Window window_;
     QWidget* parent_;
     KeptOffer* offer_;
     QLabel* badge_;

@@ -13,6 +13,7 @@
 #include "mapview/mapwindow.h"
 #include "style/clssty.h"
 #include "workbench/sheetgeometry.h"
+#include "workbench/styledocument.h"
 #include "workbench/surfaceoverlay.h"
 #include "workbench/toolwindow.h"
 #include "workbench/topmost.h"
@@ -78,10 +79,10 @@ QSize RoomBeside(const QWidget* owner) {
 
 }  // namespace
 
-MapSheet::MapSheet(Host host, QWidget* window, QWidget* sheet)
-    : QObject(window), host_(std::move(host)), sheet_(sheet), overlay_(new UsageOverlay(sheet)) {
+MapSheet::MapSheet(Host host, StyleDocument& doc, QWidget* window, QWidget* sheet)
+    : QObject(window), host_(std::move(host)), doc_(doc), sheet_(sheet), overlay_(new UsageOverlay(sheet)) {
     mapview::MapWindow::Host mh;
-    mh.style = host_.style;
+    mh.style = [this]() -> const clsSTY& { return doc_.Sty(); };
     mh.chooseTile = host_.goToTile;
     mh.surfaceTypes = host_.surfaceTypes;
     mh.surfaceTint = SurfaceTint;
@@ -126,6 +127,8 @@ MapSheet::MapSheet(Host host, QWidget* window, QWidget* sheet)
     showOnMap_ = new QAction(window);
     connect(showOnMap_, &QAction::triggered, this, [this] { window_->ShowTile(showTile_); });
     sheet->installEventFilter(this);
+    connect(&doc_, &StyleDocument::Loaded, this, &MapSheet::StyleLoaded);
+    connect(&doc_, &StyleDocument::PartChanged, this, &MapSheet::Edited);
 }
 
 void MapSheet::AskOpen() {
@@ -165,7 +168,7 @@ void MapSheet::SheetDrawn() {
 
 void MapSheet::ShowUsage(bool on) {
     if (!on || !window_->Current()) return overlay_->hide();
-    const int n = host_.style().GetNumOfTiles();
+    const int n = doc_.Sty().GetNumOfTiles();
     std::vector<bool> unused(static_cast<std::size_t>(std::max(0, n)));
     for (int t = 0; t < n; ++t)
         unused[static_cast<std::size_t>(t)] = t >= map::kTileNumbers || !window_->Usage().Used(t);
@@ -176,7 +179,7 @@ void MapSheet::ShowUsage(bool on) {
 
 QString MapSheet::UnusedList() const {
     QStringList numbers;
-    const int n = host_.style().GetNumOfTiles();
+    const int n = doc_.Sty().GetNumOfTiles();
     for (int t = 0; t < std::min(n, map::kTileNumbers); ++t)
         if (!window_->Usage().Used(t)) numbers << QString::number(t);
     return numbers.join(QLatin1Char(' '));
@@ -184,7 +187,7 @@ QString MapSheet::UnusedList() const {
 
 QString MapSheet::CellTip(int x, int y) const {
     const auto t = sheet::TileAt(x, y, host_.cols());
-    if (!t || *t >= host_.style().GetNumOfTiles() || *t >= map::kTileNumbers) return {};
+    if (!t || *t >= doc_.Sty().GetNumOfTiles() || *t >= map::kTileNumbers) return {};
     const auto& u = window_->Usage();
     const auto i = static_cast<std::size_t>(*t);
     QString tip =

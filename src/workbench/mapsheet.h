@@ -18,20 +18,21 @@ class MapWindow;
 
 namespace ombrevale::workbench {
 
+class StyleDocument;
 class UsageOverlay;
 
 class MapSheet : public QObject {
     Q_OBJECT
 public:
     struct Host {
-        std::function<const clsSTY&()> style;
         std::function<void(int tile)> goToTile;  // selects as a click on the sheet does
         std::function<int()> cols;
         std::function<std::vector<std::uint8_t>()> surfaceTypes;
         std::function<void(const QString&)> tell;
         std::function<QString(int x, int y)> surfaceTip;  // the surface view's tip, or empty
     };
-    MapSheet(Host host, QWidget* window, QWidget* sheet);
+    // The map follows every load and edit of doc; window and sheet are the main window and its tile sheet.
+    MapSheet(Host host, StyleDocument& doc, QWidget* window, QWidget* sheet);
 
     QAction* OpenAction() const { return open_; }
     QAction* UsageAction() const { return usage_; }
@@ -41,9 +42,7 @@ public:
     bool Open(const QString& path);
     void AskOpen();
     mapview::MapWindow* Window() const { return window_; }
-    // The style was loaded anew; a part of it changed; the sheet was drawn anew.
-    void StyleLoaded();
-    void Edited(editparts::Kind kind, std::int32_t number);
+    // The sheet was drawn anew: the grey of unused tiles goes on it again.
     void SheetDrawn();
     QString CellTip(int x, int y) const;
 
@@ -54,7 +53,10 @@ private:
     void ShowUsage(bool on);
     QString UnusedList() const;
 
+    void StyleLoaded();
+    void Edited(editparts::Kind kind, std::int32_t number);
     Host host_;
+    StyleDocument& doc_;
     QWidget* sheet_;
     mapview::MapWindow* window_;
     UsageOverlay* overlay_;

@@ -8,8 +8,8 @@
 
 namespace ombrevale::workbench {
 
-PaletteUsageWindow::PaletteUsageWindow(Source source, QWidget* owner)
-    : ToolListWindow(owner), source_(std::move(source)) {
+PaletteUsageWindow::PaletteUsageWindow(Source source, StyleDocument& doc, QWidget* owner)
+    : ToolListWindow(owner, doc), source_(std::move(source)) {
     // A palette may colour every tile of the largest style: rows of one height lay out at once.
     setUniformItemSizes(true);
     connect(this, &QListWidget::itemClicked, this, &PaletteUsageWindow::Choose);

@@ -18,7 +18,7 @@ public:
         std::function<int()> sprites;
         std::function<QString(int)> spriteCaption;
     };
-    PaletteUsageWindow(Source source, QWidget* owner);
+    PaletteUsageWindow(Source source, StyleDocument& doc, QWidget* owner);
 
 signals:
     void TileChosen(int tile);

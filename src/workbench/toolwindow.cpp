@@ -1,13 +1,28 @@
 #include "workbench/toolwindow.h"
 
 #include <QScreen>
+#include <QTimer>
 #include <QWidget>
 #include <algorithm>
+#include <utility>
 #include <vector>
+
+#include "workbench/styledocument.h"
 
 namespace ombrevale::workbench {
 
-ToolListWindow::ToolListWindow(QWidget* owner) : QListWidget(owner), owner_(owner) { setWindowFlags(Qt::Tool); }
+ToolListWindow::ToolListWindow(QWidget* owner, StyleDocument& doc) : QListWidget(owner), owner_(owner) {
+    setWindowFlags(Qt::Tool);
+    connect(&doc, &StyleDocument::Loaded, this, &ToolListWindow::Follow);
+    // An import of a folder changes hundreds of parts: one refill after the last.
+    connect(&doc, &StyleDocument::PartChanged, this, [this] {
+        if (std::exchange(followSoon_, true)) return;
+        QTimer::singleShot(0, this, [this] {
+            followSoon_ = false;
+            Follow();
+        });
+    });
+}
 
 void ToolListWindow::Open() {
     Fill();

@@ -9,9 +9,12 @@ class QSize;
 
 namespace ombrevale::workbench {
 
+class StyleDocument;
+
 class ToolListWindow : public QListWidget {
 public:
-    explicit ToolListWindow(QWidget* owner);
+    // Follows every load of doc at once, and its edits once they have settled.
+    ToolListWindow(QWidget* owner, StyleDocument& doc);
     // Fills the window, then shows it beside the owner.
     void Open();
     // Fills it anew when it shows: after a load, or another choice in the window.
@@ -24,6 +27,9 @@ protected:
     // Room the system's title bar takes beside the title's text.
     static constexpr int kTitleButtons = 100;
     QWidget* owner_;
+
+private:
+    bool followSoon_ = false;
 };
 
 // Sizes window to wanted (at most the screen's free area) and puts it right

@@ -61,8 +61,8 @@ private slots:
         window_->setGeometry(10, 40, 300, 400);  // room on the screen's right
         window_->show();
         QVERIFY(QTest::qWaitForWindowExposed(window_.get()));
-        QVERIFY(W().Map()->Open(QStringLiteral(OMBREVALE_SAMPLE_MAP)));
-        map_ = W().Map()->Window();
+        QVERIFY(W().Views().map->Open(QStringLiteral(OMBREVALE_SAMPLE_MAP)));
+        map_ = W().Views().map->Window();
         QVERIFY(QTest::qWaitForWindowExposed(map_));
         // Beside the main window, not over it.
         QVERIFY(!map_->frameGeometry().intersects(W().frameGeometry()));
@@ -86,16 +86,17 @@ private slots:
         const QRgb before = CanvasPixel(*map_, f.x, f.y);
         using ombrevale::editparts::Kind;
         const ByteString plain(4096, 9);
-        QVERIFY(W().RecordEdit(Kind::Tile, f.tile, "tile", [&] { return W().Sty().SetBitsTile(f.tile, plain); }));
+        QVERIFY(W().Document().Record({{Kind::Tile, f.tile}}, "tile",
+                                      [&] { return W().Sty().SetBitsTile(f.tile, plain); }));
         const auto& pal = modDeclares::STYPalData.at(std::size_t(modDeclares::STYPalIndex.at(std::size_t(f.tile))));
         const QRgb nine = qRgb(pal[9 * 4 + 2], pal[9 * 4 + 1], pal[9 * 4]);
         QVERIFY(nine != before);
         QCOMPARE(CanvasPixel(*map_, f.x, f.y), nine);
-        W().UndoStack()->undo();
+        W().Document().UndoStack()->undo();
         QCOMPARE(CanvasPixel(*map_, f.x, f.y), before);
-        W().UndoStack()->redo();
+        W().Document().UndoStack()->redo();
         QCOMPARE(CanvasPixel(*map_, f.x, f.y), nine);
-        W().UndoStack()->undo();
+        W().Document().UndoStack()->undo();
     }
 
     void showOnMapCentresEachColumnInTurn() {
@@ -125,14 +126,14 @@ private slots:
         const auto cellOf = [&](int t) { return ombrevale::sheet::CellRect(t, cols).center(); };
         W().vScroll->setValue(0);
         const QImage plain = W().picMain->grab().toImage();
-        W().Map()->UsageAction()->setChecked(true);
+        W().Views().map->UsageAction()->setChecked(true);
         const QImage greyed = W().picMain->grab().toImage();
         QVERIFY(plain.pixel(cellOf(unused)) != greyed.pixel(cellOf(unused)));
         QCOMPARE(plain.pixel(cellOf(used)), greyed.pixel(cellOf(used)));
-        QVERIFY(W().Map()
-                    ->CellTip(cellOf(used).x(), cellOf(used).y())
+        QVERIFY(W().Views()
+                    .map->CellTip(cellOf(used).x(), cellOf(used).y())
                     .contains(QStringLiteral("lid of %1 block(s)").arg(usage.lids[std::size_t(used)])));
-        W().Map()->UsageAction()->setChecked(false);
+        W().Views().map->UsageAction()->setChecked(false);
         QCOMPARE(W().picMain->grab().toImage().pixel(cellOf(unused)), plain.pixel(cellOf(unused)));
     }
 
@@ -141,7 +142,7 @@ private slots:
         ombrevale::stylewriter::WriteFile(bad,
                                           ombrevale::mapwriter::MapBytes().AddWithSize("DMAP", 70000, {1}).bytes());
         ombrevale::testsupport::HookRecorder hooks;
-        QVERIFY(!W().Map()->Open(QString::fromStdString(bad)));
+        QVERIFY(!W().Views().map->Open(QString::fromStdString(bad)));
         QCOMPARE(hooks.messages().size(), std::size_t(1));
         QVERIFY(QString::fromStdString(hooks.messages()[0]).contains(QStringLiteral("past the end of the file")));
         QCOMPARE(map_->Path(), QStringLiteral(OMBREVALE_SAMPLE_MAP));

@@ -175,8 +175,8 @@ private slots:
         after.doors.clear();
         after.numDoors = 0;
         QVERIFY(STYCarInfo[kCar] == after);
-        QCOMPARE(W().UndoStack()->count(), 1);
-        QCOMPARE(W().UndoStack()->undoText(), QStringLiteral("car record of ") + car);
+        QCOMPARE(W().Document().UndoStack()->count(), 1);
+        QCOMPARE(W().Document().UndoStack()->undoText(), QStringLiteral("car record of ") + car);
         QCOMPARE(TableWidth(), QStringLiteral("20"));
         QVERIFY(Panel()->Overlay()->Record() == after);
         Show();  // back from the dialog

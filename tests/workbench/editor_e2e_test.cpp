@@ -93,8 +93,8 @@ private slots:
         mw::Grid g;
         g.at(10, 10, 1).lid = mw::Lid(321);
         ombrevale::stylewriter::WriteFile(dir_.File("e2e.gmp"), mw::MapBytes().Add("DMAP", mw::DmapPayload(g)).bytes());
-        QVERIFY(window_->Map()->Open(QString::fromStdString(dir_.File("e2e.gmp"))));
-        auto* canvas = window_->Map()->Window()->Canvas();
+        QVERIFY(window_->Views().map->Open(QString::fromStdString(dir_.File("e2e.gmp"))));
+        auto* canvas = window_->Views().map->Window()->Canvas();
         canvas->ZoomTo(16, {0, 0});
         canvas->CentreOn(10, 10);
         const std::size_t from = editor_->Lines().size();

@@ -144,15 +144,15 @@ class PanesTest : public QObject {
     }
     // The document kept for path once every write asked for is done; empty: none.
     std::vector<std::uint8_t> Kept(const std::string& path) {
-        W().KeepEditsNow();
+        W().Document().KeepNow();
         std::vector<std::uint8_t> bytes;
-        return W().Kept()->store().ReadDocument(path, bytes) ? std::vector<std::uint8_t>() : bytes;
+        return W().Document().Kept()->store().ReadDocument(path, bytes) ? std::vector<std::uint8_t>() : bytes;
     }
     void AddRecycled(const char* number) {
         reply_ = QString::fromLatin1(number);
         W().cmdRecyAdd_Click();
     }
-    bool Offered() { return W().KeptView()->OfferBar()->isVisibleTo(&W()); }
+    bool Offered() { return W().Views().kept->OfferBar()->isVisibleTo(&W()); }
 
     State Now() {
         return {ombrevale::testsupport::TakeSnapshot(W().Sty()),
@@ -436,7 +436,7 @@ private slots:
     void fontChoice() {
         QFETCH(QString, between);
         QFETCH(QString, lacked);
-        auto* choice = W().FontChoiceView();
+        auto* choice = W().Views().fontChoice;
         QCOMPARE(choice->Chosen(), ombrevale::fonts::kFixedRule);
         QCOMPARE(choice->combo()->count(), 1 + int(STYFontBase.base.size()));
         const int font = int(STYFontBase.base.size()) - 1;  // the sample's last font has 26 glyphs, to ":"
@@ -472,14 +472,14 @@ private slots:
         W().lstPalettes->setCurrentRow(3);
         W().picPalette_MouseUp(40);
         W().txtText->setText(QStringLiteral("ABC"));
-        W().FontChoiceView()->combo()->setCurrentIndex(2);
+        W().Views().fontChoice->combo()->setCurrentIndex(2);
         W().cmdCreateText_Click();
         W().vScroll->setValue(640);
         W().Actions().trans->trigger();
         std::filesystem::copy_file(OMBREVALE_SAMPLE, dir_.File("a.sty"));
         answers_ = {F("a.sty")};
         QCOMPARE(Click("open"), 0);
-        QCOMPARE(W().CurrentStylePath(), dir_.File("a.sty"));
+        QCOMPARE(W().Document().Path(), dir_.File("a.sty"));
         QCOMPARE(folders_, QStringList{QFileInfo(OMBREVALE_SAMPLE).absolutePath()});  // the style's own folder
         frmSTY2 fresh(dir_.File("a.sty"));
         fresh.show();
@@ -489,7 +489,7 @@ private slots:
                                w.txtIdx->text(), w.txtText->text()}
                    << QString::asprintf("%d %d %d %d %d %d %d", w.iSelNum, w.lstSprites->currentRow(),
                                         w.lstRemaps->count(), w.lstPalettes->currentRow(), w.vScroll->value(),
-                                        int(w.Sty().DrawTransparent()), w.FontChoiceView()->Chosen());
+                                        int(w.Sty().DrawTransparent()), w.Views().fontChoice->Chosen());
         };
         QCOMPARE(state(W()), state(fresh));
         QCOMPARE(W().picSprite->image(), fresh.picSprite->image());
@@ -507,7 +507,7 @@ private slots:
         QCOMPARE(Click("saveas"), 0);
         QVERIFY(std::filesystem::exists(dir_.File("b.sty")));
         QCOMPARE(Click("saveas"), 0);
-        QCOMPARE(W().CurrentStylePath(), dir_.File("b.sty"));
+        QCOMPARE(W().Document().Path(), dir_.File("b.sty"));
         QCOMPARE(folders_.last(), QString::fromStdString(dir_.path().string()));
     }
 
@@ -579,7 +579,7 @@ private slots:
                                        [](const std::string& c) { return c == "end" || c.rfind("start", 0) == 0; });
         QVERIFY(last == calls.rend() || *last == "end");
         QVERIFY(Now() == before && !W().Actions().undo->isEnabled());
-        QCOMPARE(W().CurrentStylePath(), std::string(OMBREVALE_SAMPLE));
+        QCOMPARE(W().Document().Path(), std::string(OMBREVALE_SAMPLE));
     }
 
     // The selected sprite in the shown remap, as the document saves it; a PNG holds the same picture.
@@ -604,49 +604,50 @@ private slots:
     // be offered, Restore brings it back unsaved, Ctrl+S saves it.
     void keptEdits() {
         const std::string path = OpenCopy();
-        const auto& store = W().Kept()->store();
+        const auto& store = W().Document().Kept()->store();
         const auto kept = [&] { return Kept(path); };
         Make(Edit::Tile);
         const auto edited = W().Sty().SavedBytes();
         QTRY_VERIFY_WITH_TIMEOUT(store.Find(path).has_value(), 1000);
         QVERIFY(kept() == edited);
-        QVERIFY(W().KeptView()->Badge()->isVisibleTo(&W()) &&
-                W().KeptView()->Badge()->toolTip().startsWith("1 unsaved edit,"));
-        W().UndoStack()->undo();
-        QVERIFY(kept().empty() && !W().KeptView()->Badge()->isVisibleTo(&W()));
-        W().UndoStack()->redo();
+        QVERIFY(W().Views().kept->Badge()->isVisibleTo(&W()) &&
+                W().Views().kept->Badge()->toolTip().startsWith("1 unsaved edit,"));
+        W().Document().UndoStack()->undo();
+        QVERIFY(kept().empty() && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        W().Document().UndoStack()->redo();
         QVERIFY(kept() == edited);
         W().cmdGen_Click();
-        QVERIFY(kept() == edited && !W().UndoStack()->canUndo());
-        QVERIFY(W().KeptView()->OfferBar()->isVisibleTo(&W()));
-        QVERIFY2(W().KeptView()->OfferBar()->Text().startsWith("Unsaved edits of kept.sty from ") &&
-                     W().KeptView()->OfferBar()->Text().endsWith("(1 edit: Import into tile 5)"),
-                 qPrintable(W().KeptView()->OfferBar()->Text()));
+        QVERIFY(kept() == edited && !W().Document().UndoStack()->canUndo());
+        QVERIFY(W().Views().kept->OfferBar()->isVisibleTo(&W()));
+        QVERIFY2(W().Views().kept->OfferBar()->Text().startsWith("Unsaved edits of kept.sty from ") &&
+                     W().Views().kept->OfferBar()->Text().endsWith("(1 edit: Import into tile 5)"),
+                 qPrintable(W().Views().kept->OfferBar()->Text()));
         // An edit now would take their place: No leaves the edit unmade and them on offer.
         yes_ = false;
         QCOMPARE(Says([&] { Make(Edit::RecycleAdd); }), 0);
-        QVERIFY(!W().UndoStack()->canUndo() && kept() == edited && W().KeptView()->OfferBar()->isVisibleTo(&W()));
+        QVERIFY(!W().Document().UndoStack()->canUndo() && kept() == edited &&
+                W().Views().kept->OfferBar()->isVisibleTo(&W()));
         // Changed on disk since: No to the question restores nothing.
         auto changed = ombrevale::stylewriter::ReadFile(path);
         changed.back() ^= 1;
         ombrevale::stylewriter::WriteFile(path, changed);
-        W().KeptView()->OfferBar()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() != edited && W().KeptView()->OfferBar()->isVisibleTo(&W()));
+        W().Views().kept->OfferBar()->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() != edited && W().Views().kept->OfferBar()->isVisibleTo(&W()));
         yes_ = true;
         const auto loaded = W().Sty().SavedBytes();
-        W().KeptView()->OfferBar()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() == edited && !W().KeptView()->OfferBar()->isVisibleTo(&W()));
-        QVERIFY(W().KeptView()->Badge()->isVisibleTo(&W()) && kept() == edited);
+        W().Views().kept->OfferBar()->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() == edited && !W().Views().kept->OfferBar()->isVisibleTo(&W()));
+        QVERIFY(W().Views().kept->Badge()->isVisibleTo(&W()) && kept() == edited);
         // The Restore is one step of the history.
-        W().UndoStack()->undo();
-        QVERIFY(W().Sty().SavedBytes() == loaded && !W().KeptView()->Badge()->isVisibleTo(&W()));
-        W().UndoStack()->redo();
-        QVERIFY(W().Sty().SavedBytes() == edited && W().KeptView()->Badge()->text() == "1" && kept() == edited);
+        W().Document().UndoStack()->undo();
+        QVERIFY(W().Sty().SavedBytes() == loaded && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        W().Document().UndoStack()->redo();
+        QVERIFY(W().Sty().SavedBytes() == edited && W().Views().kept->Badge()->text() == "1" && kept() == edited);
         W().show();
         W().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&W()));
         QTest::keyClick(&W(), Qt::Key_S, Qt::ControlModifier);
-        QVERIFY(kept().empty() && !W().KeptView()->Badge()->isVisibleTo(&W()));
+        QVERIFY(kept().empty() && !W().Views().kept->Badge()->isVisibleTo(&W()));
         QVERIFY(ombrevale::stylewriter::ReadFile(path) == edited);
     }
 
@@ -692,11 +693,11 @@ private slots:
         const auto edited = Kept(path);
         std::unique_ptr<frmSTY2> second;
         QCOMPARE(Says([&] { second = std::make_unique<frmSTY2>(path); }), 1);
-        QVERIFY(!second->KeptView()->OfferBar()->isVisibleTo(second.get()));
+        QVERIFY(!second->Views().kept->OfferBar()->isVisibleTo(second.get()));
         reply_ = "72";
         second->cmdRecyAdd_Click();
-        second->KeepEditsNow();
-        QVERIFY(!second->KeptView()->Badge()->toolTip().contains("kept on disk until"));
+        second->Document().KeepNow();
+        QVERIFY(!second->Views().kept->Badge()->toolTip().contains("kept on disk until"));
         second.reset();
         QVERIFY(Kept(path) == edited);
     }
@@ -712,13 +713,13 @@ private slots:
         const int told = Says([&] {
             for (const char* n : {"71", "72", "73"}) {
                 AddRecycled(n);
-                W().KeepEditsNow();
+                W().Document().KeepNow();
                 QCoreApplication::processEvents();
             }
         });
         ::setrlimit(RLIMIT_FSIZE, &was);
         QCOMPARE(told, 1);
-        QVERIFY(!W().KeptView()->Badge()->toolTip().contains("kept on disk until"));
+        QVERIFY(!W().Views().kept->Badge()->toolTip().contains("kept on disk until"));
     }
 
     // An edit just before Save is on disk as the save starts, so that an end
@@ -731,7 +732,7 @@ private slots:
         std::vector<std::uint8_t> duringSave;
         DocumentHooks hooks;
         hooks.progressStart = [&](double, double, const std::string&) {
-            W().Kept()->store().ReadDocument(path, duringSave);
+            W().Document().Kept()->store().ReadDocument(path, duringSave);
         };
         {
             const ScopedDocumentHooks scoped(hooks);
@@ -739,11 +740,11 @@ private slots:
         }
         QVERIFY(duringSave == edited);
         AddRecycled("74");
-        QCOMPARE(W().KeptView()->Badge()->text(), "1");
-        W().KeepEditsNow();
-        QCOMPARE(W().Kept()->store().Find(path)->edits, std::vector<std::string>{"add 74 to recycling"});
-        for (int i = 0; i < 3; ++i) W().UndoStack()->undo();
-        QCOMPARE(W().KeptView()->Badge()->text(), "2");
+        QCOMPARE(W().Views().kept->Badge()->text(), "1");
+        W().Document().KeepNow();
+        QCOMPARE(W().Document().Kept()->store().Find(path)->edits, std::vector<std::string>{"add 74 to recycling"});
+        for (int i = 0; i < 3; ++i) W().Document().UndoStack()->undo();
+        QCOMPARE(W().Views().kept->Badge()->text(), "2");
     }
 
     // A folder of the export's files goes in as one step: what differs changes, the rest stays, Undo takes all back.
@@ -771,8 +772,8 @@ private slots:
                  hooks.messages()[0].c_str());
         QCOMPARE(W().Sty().STYTileStore.at(5)[3 * 64 + 3], std::uint8_t(tile.pixelIndex(3, 3)));
         QVERIFY(Now().cell != before.cell);
-        QCOMPARE(W().UndoStack()->count(), 1);
-        W().UndoStack()->undo();
+        QCOMPARE(W().Document().UndoStack()->count(), 1);
+        W().Document().UndoStack()->undo();
         QVERIFY(Now() == before);
     }
 
@@ -808,7 +809,7 @@ private slots:
                      QStringLiteral("tiles/tile-%1.png").arg(kTile + pictures - 1, 4, 10, QLatin1Char('0'))),
                  qPrintable(choicePrompt_));
         if (answer == 2) {
-            QVERIFY(Now() == before && !W().UndoStack()->canUndo());
+            QVERIFY(Now() == before && !W().Document().UndoStack()->canUndo());
             return;
         }
         const State after = Now();
@@ -819,10 +820,10 @@ private slots:
             QVERIFY(p != palettes.at(std::size_t(kTile + k)) &&
                     std::count(STYPalIndex.begin(), STYPalIndex.end(), p) == 1);
         }
-        QCOMPARE(W().UndoStack()->count(), 1);
-        W().UndoStack()->undo();
+        QCOMPARE(W().Document().UndoStack()->count(), 1);
+        W().Document().UndoStack()->undo();
         QVERIFY(Now() == before);
-        W().UndoStack()->redo();
+        W().Document().UndoStack()->redo();
         QVERIFY(Now() == after);
     }
 
@@ -846,7 +847,7 @@ private slots:
         const auto cleanStores = ombrevale::testsupport::TakeSnapshot(W().Sty());
         if (what == "redo") {
             Make(Edit::Tile);
-            W().UndoStack()->undo();
+            W().Document().UndoStack()->undo();
             folders_.clear();
         }
         answers_ = {F("during.sty")};
@@ -906,7 +907,7 @@ private slots:
         const double a = qAlpha(tint) / 255.0;
         QVERIFY(std::abs(qRed(shown) - (qRed(tint) * a + qRed(drawn) * (1 - a))) < 2);
         QVERIFY(std::abs(qBlue(shown) - (qBlue(tint) * a + qBlue(drawn) * (1 - a))) < 2);
-        QCOMPARE(W().Surfaces()->CellTip(at.x(), at.y()),
+        QCOMPARE(W().Views().surfaces->CellTip(at.x(), at.y()),
                  QStringLiteral("Tile %1\nIn palette %2 (physical %3)\nSurface: road")
                      .arg(road)
                      .arg(STYPalIndex.at(std::size_t(road)) + 1)
@@ -964,10 +965,10 @@ private slots:
         W().MainTab->setCurrentIndex(2);
         W().lstPalettes->setCurrentRow(Remap(1));
         Ctrl(W().lstPalettes, Qt::Key_U);
-        const auto found = W().PaletteUsage()->findItems(
-            QStringLiteral("Car: 1, remap %1").arg(STYCarInfo[0].remaps[1]), Qt::MatchExactly);
+        const auto found = W().Views().usage->findItems(QStringLiteral("Car: 1, remap %1").arg(STYCarInfo[0].remaps[1]),
+                                                        Qt::MatchExactly);
         QCOMPARE(found.size(), 1);
-        ClickRow(W().PaletteUsage(), W().PaletteUsage()->row(found[0]));
+        ClickRow(W().Views().usage, W().Views().usage->row(found[0]));
         QCOMPARE(W().lstSprites->currentRow(), 0);
         QCOMPARE(W().lstRemaps->currentRow(), 2);
     }
@@ -999,7 +1000,7 @@ private slots:
                 QCOMPARE(shown.pixel(x * zoom, y * zoom + 1) == drawn.pixel(x, y), zoom < 4);
             }
         const QRgb c = drawn.pixel(3, 5);
-        QCOMPARE((font ? W().picFontZoom : W().picSpriteZoom)->TipAt({3 * zoom + 1, 5 * zoom + 1}),
+        QCOMPARE((font ? W().Views().fontZoom : W().Views().spriteZoom)->TipAt({3 * zoom + 1, 5 * zoom + 1}),
                  QStringLiteral("x 3 y 5 Red: %1 Green: %2 Blue: %3").arg(qRed(c)).arg(qGreen(c)).arg(qBlue(c)));
         CtrlWheel(box, -9);
         QCOMPARE(Rgb(box->grab().toImage()), drawn);
@@ -1010,7 +1011,7 @@ private slots:
         W().MainTab->setCurrentIndex(1);
         W().lstSprites->setCurrentRow(0);
         Ctrl(W().lstSprites, Qt::Key_R);
-        QListWidget* strip = W().AllRemaps();
+        QListWidget* strip = W().Views().allRemaps;
         QCOMPARE(strip->count(), W().lstRemaps->count());
         QCOMPARE(strip->item(2)->text(), QStringLiteral("remap %1").arg(STYCarInfo[0].remaps[1]));
         const QImage want = Drawn(W().Sty(), 0, Remap(1));
@@ -1029,14 +1030,14 @@ private slots:
         W().MainTab->setCurrentIndex(2);
         W().lstPalettes->setCurrentRow(Remap(1));
         Ctrl(W().lstPalettes, Qt::Key_U);
-        QVERIFY(W().AllRemaps()->count() > 0 && W().PaletteUsage()->count() > 0);
+        QVERIFY(W().Views().allRemaps->count() > 0 && W().Views().usage->count() > 0);
         ombrevale::wbtest::WriteStyle(dir_.File("other.sty"), 40);
         answers_ = {F("other.sty")};
         W().tlbMain_ButtonClick(QStringLiteral("open"));
-        QCOMPARE(W().CurrentStylePath(), dir_.File("other.sty"));
-        QCOMPARE(W().AllRemaps()->count(), 0);
-        QCOMPARE(W().PaletteUsage()->count(), 0);
-        QCOMPARE(W().PaletteUsage()->windowTitle(), QStringLiteral("Palette usage: choose a palette"));
+        QCOMPARE(W().Document().Path(), dir_.File("other.sty"));
+        QCOMPARE(W().Views().allRemaps->count(), 0);
+        QCOMPARE(W().Views().usage->count(), 0);
+        QCOMPARE(W().Views().usage->windowTitle(), QStringLiteral("Palette usage: choose a palette"));
     }
 
     // Both windows open beside the main one, wide enough for their titles.
@@ -1048,7 +1049,7 @@ private slots:
         W().MainTab->setCurrentIndex(2);
         W().lstPalettes->setCurrentRow(5);
         Ctrl(W().lstPalettes, Qt::Key_U);
-        const QWidget* tools[] = {W().AllRemaps(), W().PaletteUsage()};
+        const QWidget* tools[] = {W().Views().allRemaps, W().Views().usage};
         for (const QWidget* tool : tools) {
             QVERIFY(tool->isVisible());
             QVERIFY2(!tool->frameGeometry().intersects(W().frameGeometry()), qPrintable(tool->windowTitle()));
@@ -1070,7 +1071,7 @@ private slots:
         W().picPalette_MouseUp(3.5);
         W().txtRed->setText(QString::number((W().txtRed->text().toInt() + 1) % 256));
         W().lblColour_Click();
-        QCOMPARE(W().UndoStack()->undoText(), QStringLiteral("colour 3 of palette 6 (physical 5)"));
+        QCOMPARE(W().Document().UndoStack()->undoText(), QStringLiteral("colour 3 of palette 6 (physical 5)"));
         QCOMPARE(W().lstPalettes->item(5)->text(), QStringLiteral("Palette: 6"));
     }
 
@@ -1121,8 +1122,8 @@ private slots:
     void boxKeepsItsEdges() {
         Make(Edit::Tile);
         if (QFETCH(bool, redo); redo) {
-            W().UndoStack()->undo();
-            W().UndoStack()->redo();
+            W().Document().UndoStack()->undo();
+            W().Document().UndoStack()->redo();
         }
         W().picMain_MouseUp(1, 0, CellCentre(kTile + 30).x(), CellCentre(kTile + 30).y());
         const QRect around(CellCentre(kTile) - QPoint(32, 32), QSize(129, 129));
@@ -1135,7 +1136,7 @@ private slots:
     void zoomScrollsAndGridEnds() {
         W().lstSprites->setCurrentRow(0);
         const int w = W().Sty().GetSpriteWidth(0);
-        ombrevale::workbench::ZoomLens* lens = W().picSpriteZoom;
+        ombrevale::workbench::ZoomLens* lens = W().Views().spriteZoom;
         lens->SetZoom(4);
         QVERIFY(w * 4 + 5 < lens->width());
         const QImage grid = Rgb(W().picSprite->grab().toImage());
@@ -1186,7 +1187,7 @@ private slots:
         QTest::keyClicks(W().txtText, QStringLiteral("ab"));
         QTest::keyClick(W().txtText, Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(W().txtText->text(), QString());
-        QCOMPARE(W().UndoStack()->index(), 1);
+        QCOMPARE(W().Document().UndoStack()->index(), 1);
     }
 
     // A style file dropped on the window opens as Open opens it.
@@ -1199,7 +1200,7 @@ private slots:
         QVERIFY(enter.isAccepted());
         QDropEvent drop(QPointF(10, 10), Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(&W(), &drop);
-        QTRY_COMPARE(W().CurrentStylePath(), dir_.File("dropped.sty"));
+        QTRY_COMPARE(W().Document().Path(), dir_.File("dropped.sty"));
         QCOMPARE(W().Sty().GetNumOfTiles(), 40);
     }
 
@@ -1308,16 +1309,17 @@ private slots:
         using ombrevale::editparts::Kind;
         using ombrevale::workbench::EditHistory;
         const auto tile = [this](int t) {
-            W().RecordEdit(Kind::Tile, t, "tile", [&] { return W().Sty().SetBitsTile(t, ByteString(4096, 9)); });
+            W().Document().Record({{Kind::Tile, t}}, "tile",
+                                  [&] { return W().Sty().SetBitsTile(t, ByteString(4096, 9)); });
         };
         const auto delta = [this] {
             ByteString bits = W().Sty().GetBits(0);
             std::fill_n(bits.begin() + std::ptrdiff_t(bits.size() / 2), 40, 7);  // a delta of another length
-            W().RecordEdit(Kind::Deltas, 0, "delta", [&] { return W().Sty().SetDeltaBits(0, 0, bits); });
+            W().Document().Record({{Kind::Deltas, 0}}, "delta", [&] { return W().Sty().SetDeltaBits(0, 0, bits); });
         };
         std::vector<State> states{Now()};
         // The two oldest steps weighed without a budget give one that holds the newest two, not all three.
-        auto* unbounded = new EditHistory(W().UndoStack(), SIZE_MAX);
+        auto* unbounded = new EditHistory(W().Document().UndoStack(), SIZE_MAX);
         tile(kTile);
         const std::size_t tileBytes = unbounded->HeldBytes();
         states.push_back(Now());
@@ -1325,25 +1327,25 @@ private slots:
         const std::size_t deltaBytes = unbounded->HeldBytes() - tileBytes;
         states.push_back(Now());
         delete unbounded;
-        const auto* history = new EditHistory(W().UndoStack(), deltaBytes + tileBytes * 3 / 2);
+        const auto* history = new EditHistory(W().Document().UndoStack(), deltaBytes + tileBytes * 3 / 2);
         QList<bool> heard;
         const QObject listener;  // goes with the test, before the window's stack
-        connect(W().UndoStack(), &QUndoStack::cleanChanged, &listener, [&](bool clean) {
+        connect(W().Document().UndoStack(), &QUndoStack::cleanChanged, &listener, [&](bool clean) {
             if (!history->Trimming()) heard << clean;
         });
-        W().UndoStack()->setClean();  // saved after the delta
+        W().Document().UndoStack()->setClean();  // saved after the delta
         tile(kTile + 1);
         states.push_back(Now());
-        QCOMPARE(W().UndoStack()->count(), 2);
-        QCOMPARE(W().UndoStack()->cleanIndex(), 1);
+        QCOMPARE(W().Document().UndoStack()->count(), 2);
+        QCOMPARE(W().Document().UndoStack()->cleanIndex(), 1);
         for (int i = 2; i >= 1; --i) {
-            W().UndoStack()->undo();
+            W().Document().UndoStack()->undo();
             QVERIFY(Now() == states[std::size_t(i)]);
         }
-        QVERIFY(!W().UndoStack()->canUndo());
+        QVERIFY(!W().Document().UndoStack()->canUndo());
         QCOMPARE(heard, (QList<bool>{true, false, true, false}));
-        W().UndoStack()->redo();
-        W().UndoStack()->redo();
+        W().Document().UndoStack()->redo();
+        W().Document().UndoStack()->redo();
         QVERIFY(Now() == states.back());
     }
 };

@@ -251,7 +251,7 @@ int main(int argc, char* argv[]) {
     frmSTY2* shown = nullptr;
 #if defined(Q_OS_UNIX)
     const EndOnSignals endOnSignals([&work, &shown](int status) {
-        if (shown) shown->KeepEditsNow();
+        if (shown) shown->Document().KeepNow();
 #if defined(Q_OS_LINUX)
         ombrevale::linkhelper::Shutdown();
 #endif
@@ -276,7 +276,8 @@ int main(int argc, char* argv[]) {
     const LinkAfterFirstPaint link(window.picMain);
     window.show();
     // The map opens beside the window once the desktop has placed it.
-    if (!mapFile.isEmpty()) QTimer::singleShot(kSettleMs, &window, [&window, mapFile] { window.Map()->Open(mapFile); });
+    if (!mapFile.isEmpty())
+        QTimer::singleShot(kSettleMs, &window, [&window, mapFile] { window.Views().map->Open(mapFile); });
     const int code = app.exec();
     shown = nullptr;
     return code;
