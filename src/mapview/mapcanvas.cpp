@@ -135,13 +135,19 @@ QPoint MapCanvas::ViewportPointOf(int x, int y) const {
                   static_cast<int>((y + 0.5) * view_.blockPx - verticalScrollBar()->value() + offY));
 }
 
+void MapCanvas::Hold(bool on) {
+    held_ = on;
+    if (!on) viewport()->update();
+}
+
 void MapCanvas::paintEvent(QPaintEvent*) {
     QElapsedTimer took;
     took.start();
     QPainter out(viewport());
     const QSize s = viewport()->size();
-    if (!map_ || !tiles_ || s.isEmpty()) {
+    if (held_ || !map_ || !tiles_ || s.isEmpty()) {
         out.fillRect(viewport()->rect(), palette().window());
+        if (held_) out.drawImage(QPointF(0, 0), lastFrame_);
         return;
     }
     const double dpr = devicePixelRatioF();
@@ -163,6 +169,7 @@ void MapCanvas::paintEvent(QPaintEvent*) {
         if (!marked_.empty()) DrawMarks(p, logical, s.width(), s.height());
     }
     out.drawImage(QPointF(0, 0), frame);
+    lastFrame_ = frame;
     lastFrameMs_ = static_cast<double>(took.nsecsElapsed()) / 1e6;
 }
 

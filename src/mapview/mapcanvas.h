@@ -6,6 +6,7 @@
 
 #include <QAbstractScrollArea>
 #include <QColor>
+#include <QImage>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -58,6 +59,8 @@ public:
     QPoint ViewportPointOf(int x, int y) const;
     // Milliseconds the last frame took to draw.
     double LastFrameMs() const { return lastFrameMs_; }
+    // While the style is in other hands (a job runs), the last frame is shown again and no tile is read.
+    void Hold(bool on);
     const mapdraw::MapFrame& Frame() const { return frame_; }
 
 signals:
@@ -96,6 +99,8 @@ private:
     std::optional<QPoint> dragFrom_;
     bool dragged_ = false;
     double lastFrameMs_ = 0;
+    bool held_ = false;
+    QImage lastFrame_;
 };
 
 }  // namespace ombrevale::mapview

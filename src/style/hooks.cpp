@@ -5,7 +5,8 @@
 
 namespace {
 DocumentHooks& Current() {
-    static DocumentHooks hooks;
+    // Each thread's own: work run on a pool thread never reaches the window's boxes and progress window.
+    thread_local DocumentHooks hooks;
     return hooks;
 }
 }  // namespace

@@ -14,6 +14,7 @@
 #include "style/moddeclares.h"
 #include "workbench/colourchoice.h"
 #include "workbench/frmsty2.h"
+#include "workbench/offthread.h"
 #include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
@@ -78,7 +79,10 @@ void frmSTY2::ImportFitted(const ombrevale::picturefile::Picture& pic, const omb
     std::optional<own::Reduced> reduced;
     if (fitted.changed > 0) {
         const own::Plan plan = own::PlanFor(Sty(), target);
-        if (plan.place) reduced = ombrevale::quantise::Reduce(pic);
+        if (plan.place) {
+            const ombrevale::workbench::StyleDocument::Job job(*doc_);
+            reduced = ombrevale::workbench::OffThread([&] { return ombrevale::quantise::Reduce(pic); });
+        }
         ombrevale::workbench::ColourWay nearest, mine;
         nearest.picture = Drawn(fitted.numbers, pic.width, pic.height, [pal](int n) { return PaletteColour(pal, n); });
         nearest.psnr = Closeness(pic, nearest.picture);

@@ -18,6 +18,7 @@
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
+#include "workbench/offthread.h"
 #include "workbench/panes_dialogs.h"
 #include "workbench/picturebox.h"
 #include "workbench/sheetgeometry.h"
@@ -118,7 +119,11 @@ void frmSTY2::ImportPicture() {
     if (path.isEmpty()) return;
     const std::string file = path.toStdString();
     ombrevale::picturefile::Picture pic;
-    auto problem = ombrevale::pictureio::ReadPicture(file, pic);
+    auto problem = [&] {
+        // A large picture takes a while to decode; the window goes on drawing meanwhile.
+        const ombrevale::workbench::StyleDocument::Job job(*doc_);
+        return ombrevale::workbench::OffThread([&] { return ombrevale::pictureio::ReadPicture(file, pic); });
+    }();
     if (!problem)
         problem = imp::CheckSize(
             pic, tile ? kCell : Sty().GetSpriteWidth(n), tile ? kCell : Sty().GetSpriteHeight(n),

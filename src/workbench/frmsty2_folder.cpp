@@ -14,6 +14,7 @@
 #include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptview.h"
+#include "workbench/offthread.h"
 #include "workbench/palettename.h"
 #include "workbench/panes_dialogs.h"
 
@@ -140,9 +141,15 @@ void frmSTY2::ImportFolder() {
     const auto read = [&](fi::Colours colours) {
         // Reading is a job: nothing that changes the style runs meanwhile.
         const ombrevale::workbench::StyleDocument::Job job(*doc_);
-        fi::Plan plan = fi::Read(Sty(), dir.toStdString(), colours, [](int done, int total) {
-            if (done == 0) ProgressStart(0, total, "Please Wait...");
-            ProgressStep(done, "Reading the folder...");
+        // The read tries each file on the stores and puts them back; the map holds its frame meanwhile.
+        clsSTY& style = Sty();
+        fi::Plan plan = ombrevale::workbench::OffThread([&style, folder = dir.toStdString(), colours] {
+            return fi::Read(style, folder, colours, [](int done, int total) {
+                ombrevale::workbench::OnUiThread([done, total] {
+                    if (done == 0) ProgressStart(0, total, "Please Wait...");
+                    ProgressStep(done, "Reading the folder...");
+                });
+            });
         });
         ProgressEnd();
         return plan;

@@ -1,5 +1,7 @@
 #include "workbench/mapsheet.h"
 
+#include "mapview/mapcanvas.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QFileDialog>
@@ -129,6 +131,8 @@ MapSheet::MapSheet(Host host, StyleDocument& doc, QWidget* window, QWidget* shee
     sheet->installEventFilter(this);
     connect(&doc_, &StyleDocument::Loaded, this, &MapSheet::StyleLoaded);
     connect(&doc_, &StyleDocument::PartChanged, this, &MapSheet::Edited);
+    // A job may change the stores from another thread: the map shows what it showed until the job ends.
+    connect(&doc_, &StyleDocument::BusyChanged, window_->Canvas(), &mapview::MapCanvas::Hold);
 }
 
 void MapSheet::AskOpen() {

@@ -97,6 +97,17 @@ private slots:
         W().Document().UndoStack()->redo();
         QCOMPARE(CanvasPixel(*map_, f.x, f.y), nine);
         W().Document().UndoStack()->undo();
+        QCOMPARE(CanvasPixel(*map_, f.x, f.y), before);
+        // Import folder tries each file on the stores from another thread: the map reads no tile meanwhile.
+        const auto original = ombrevale::editparts::Take(W().Sty(), Kind::Tile, f.tile);
+        {
+            const ombrevale::workbench::StyleDocument::Job job(W().Document());
+            QVERIFY(W().Sty().SetBitsTile(f.tile, plain));
+            map_->TileChanged(f.tile);
+            QCOMPARE(CanvasPixel(*map_, f.x, f.y), before);
+            ombrevale::editparts::Put(W().Sty(), original);
+        }
+        QCOMPARE(CanvasPixel(*map_, f.x, f.y), before);
     }
 
     void showOnMapCentresEachColumnInTurn() {
