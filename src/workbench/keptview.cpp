@@ -14,6 +14,17 @@
 
 namespace ombrevale::workbench {
 
+namespace {
+
+void TellOwnedElsewhere(const std::string& path) {
+    MsgBox(path +
+               " is open in another Ombrevale window, which keeps its unsaved edits. Edits made here are not "
+               "kept on disk until you save them.",
+           "Ombrevale", MsgIcon::Information);
+}
+
+}  // namespace
+
 KeptEditsView::KeptEditsView(StyleDocument& doc, QWidget* sheetPage, QWidget* saveButton, QWidget* parent)
     : QObject(parent),
       doc_(doc),
@@ -43,6 +54,10 @@ KeptEditsView::KeptEditsView(StyleDocument& doc, QWidget* sheetPage, QWidget* sa
         if (kind != StyleDocument::LoadKind::Restore) Offer(doc_.Path());
     });
     doc_.SetEditCheck([this] { return MayReplace(); });
+    // Saved as a file another window holds: that window keeps the edits of it, not this one.
+    connect(&doc_, &StyleDocument::Saved, this, [this](const QString& path) {
+        if (kept_->OwnedElsewhere()) TellOwnedElsewhere(path.toStdString());
+    });
 }
 
 void KeptEditsView::ShowUnsaved(bool unsaved, int edits) {
@@ -64,10 +79,7 @@ void KeptEditsView::Offer(const std::string& path) {
     if (kept_->OwnedElsewhere()) {
         kept_->SetOffered(false);
         offer_->hide();
-        MsgBox(path +
-                   " is open in another Ombrevale window, which keeps its unsaved edits. Edits made here are not "
-                   "kept on disk until you save them.",
-               "Ombrevale", MsgIcon::Information);
+        TellOwnedElsewhere(path);
         return;
     }
     const auto entry = kept_->store().Find(path);

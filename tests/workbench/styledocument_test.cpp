@@ -2,10 +2,12 @@
 // refused while a job runs, and work off the UI thread while the loop turns.
 #include <QUndoStack>
 #include <QtTest>
+#include <filesystem>
 #include <thread>
 
 #include "support/hookrecorder.h"
 #include "support/tempdir.h"
+#include "workbench/keptview.h"
 #include "workbench/offthread.h"
 #include "workbench/styledocument.h"
 
@@ -95,6 +97,21 @@ private slots:
         QVERIFY(doc.Record({{Kind::Tile, 3}}, "import into tile 3", change));
         QCOMPARE(log.lines, (QStringList{"busy", "idle", QStringLiteral("part %1 3").arg(int(Kind::Tile))}));
         QCOMPARE(doc.UndoStack()->count(), 1);
+    }
+
+    // Save As onto a style another window holds: that window keeps its edits, and the user is told so.
+    void saveOntoAStyleHeldElsewhere() {
+        const std::string held = dir_.File("held.sty");
+        std::filesystem::copy_file(OMBREVALE_SAMPLE, held, std::filesystem::copy_options::overwrite_existing);
+        StyleDocument holder, saver;
+        QVERIFY(holder.Reload(held, StyleDocument::LoadKind::Start));
+        QVERIFY(saver.Reload(OMBREVALE_SAMPLE, StyleDocument::LoadKind::Start));
+        QWidget page, save;
+        const ombrevale::workbench::KeptEditsView view(saver, &page, &save, &page);
+        const ombrevale::testsupport::HookRecorder told;
+        QVERIFY(saver.Save(held));
+        QCOMPARE(told.messages().size(), std::size_t(1));
+        QVERIFY(told.messages()[0].find(held + " is open in another Ombrevale window") != std::string::npos);
     }
 
     // The loop turns while the work runs, and what the work posted back is in before its result.

@@ -1,6 +1,7 @@
 // recover: the edits the window keeps on disk until they are saved.
 #include <QDateTime>
 #include <QFileInfo>
+#include <QLockFile>
 #include <cstdio>
 
 #include "clierror.h"
@@ -33,6 +34,10 @@ int RunRecover(const Args& args) {
     const std::string style = Absolute(args.words[0]);
     if (!store.Find(style)) throw Failure(style, "has no unsaved edits kept in " + store.Folder());
     if (args.discard) {
+        // A running window writes the entry again at its next edit: its edits are its own to discard.
+        const auto lock = store.Own(style);
+        if (lock && lock->error() == QLockFile::LockFailedError)
+            throw Failure(style, "is open in a running Ombrevale window, which keeps these edits; close it first");
         if (auto problem = store.Discard(style)) throw Failure(store.Folder(), problem->text);
         return kExitOk;
     }

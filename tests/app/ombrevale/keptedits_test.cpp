@@ -40,6 +40,9 @@ TEST_P(KeptAfterTheEnd, RecoverGivesTheEditedStyle) {
         // Kept within a second of the edit.
         for (int i = 0; i < 100 && !Cli({"recover"}).contains("1 edit\t"); ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        int code = -1;
+        Cli({"recover", "--discard", QString::fromStdString(style)}, &code);
+        EXPECT_EQ(code, 1) << "a running window's edits are its own";
         ::kill(static_cast<pid_t>(window.processId()), SIGKILL);
     }
     ASSERT_TRUE(window.waitForFinished(30000));
