@@ -1,24 +1,30 @@
 // The waits of the window itself, on the bundled sample, offscreen: the whole
 // tile sheet through "temp.bmp" against the same sheet built in memory, every
-// car sprite with each of its deltas, and a 40-character line of font text.
+// car sprite with each of its deltas, a 40-character line of font text, the
+// kept copy and Import folder's read.
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
 #include <QLineEdit>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "folderimport/folderimport.h"
+#include "pixels/exportnames.h"
 #include "style/moddeclares.h"
 #include "workbench/frmprogress.h"
 #include "workbench/frmsty2.h"
 #include "workbench/keptcopy.h"
+#include "workbench/offthread.h"
 #include "workbench/picturebox.h"
 
 namespace {
@@ -136,6 +142,51 @@ void BM_KeptCopyGap(benchmark::State& state) {
     for (auto _ : state) state.SetIterationTime(static_cast<double>(EditUntilKept(Window())) / 1e9);
 }
 BENCHMARK(BM_KeptCopyGap)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+// Import folder's read of every tile of the sample, exported once: on the UI
+// thread as it was, and off it, where its time is the longest the event loop
+// went without a turn meanwhile.
+const std::string& TileFolder() {
+    static const QTemporaryDir dir;
+    static const std::string path = [] {
+        const std::string root = dir.path().toStdString();
+        QDir().mkpath(dir.path() + QStringLiteral("/tiles"));
+        for (int t = 0; t < Window().Sty().GetNumOfTiles(); ++t)
+            Window().Sty().SaveTile(root + "/" + ombrevale::exportnames::Path({ombrevale::exportnames::Kind::Tile, t}),
+                                    t);
+        return root;
+    }();
+    return path;
+}
+
+ombrevale::folderimport::Plan ReadTiles() {
+    return ombrevale::folderimport::Read(Window().Sty(), TileFolder(), ombrevale::folderimport::Colours::Nearest, {});
+}
+
+void BM_FolderReadOnUiThread(benchmark::State& state) {
+    for (auto _ : state) state.counters["unchanged"] = ReadTiles().unchanged;
+}
+BENCHMARK(BM_FolderReadOnUiThread)->Unit(benchmark::kMillisecond);
+
+void BM_FolderReadOffThreadGap(benchmark::State& state) {
+    TileFolder();
+    for (auto _ : state) {
+        qint64 worstGapNs = 0;
+        QElapsedTimer turn;
+        QTimer tick;
+        QObject::connect(&tick, &QTimer::timeout, [&] {
+            worstGapNs = std::max(worstGapNs, turn.nsecsElapsed());
+            turn.restart();
+        });
+        turn.start();
+        tick.start(1);
+        const ombrevale::workbench::StyleDocument::Job job(Window().Document());
+        benchmark::DoNotOptimize(ombrevale::workbench::OffThread(ReadTiles));
+        worstGapNs = std::max(worstGapNs, turn.nsecsElapsed());
+        state.SetIterationTime(static_cast<double>(worstGapNs) / 1e9);
+    }
+}
+BENCHMARK(BM_FolderReadOffThreadGap)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 
