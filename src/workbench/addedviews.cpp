@@ -18,6 +18,7 @@
 #include "workbench/carrecordpanel.h"
 #include "workbench/frmsty2.h"
 #include "workbench/gotofind.h"
+#include "workbench/holdmenu.h"
 #include "workbench/keptview.h"
 #include "workbench/mapsheet.h"
 #include "workbench/paletteusagewindow.h"
@@ -168,8 +169,10 @@ void AddedViews::BuildMap() {
         auto* menu = new QMenu(button);
         menu->addAction(QStringLiteral("Open style..."), f.Actions().open, &QAction::trigger);
         menu->addAction(map->OpenAction());
-        button->setMenu(menu);
-        button->setPopupMode(QToolButton::DelayedPopup);
+        MenuOnHold(button, menu);
+        f.Actions().open->setToolTip(QStringLiteral("%1; hold for Open map, %2)")
+                                         .arg(f.Actions().open->toolTip().chopped(1),
+                                              map->OpenAction()->shortcut().toString(QKeySequence::NativeText)));
     }
 }
 

@@ -13,6 +13,7 @@
 #include "style/hooks.h"
 #include "style/moddeclares.h"
 #include "workbench/frmsty2.h"
+#include "workbench/holdmenu.h"
 #include "workbench/keptview.h"
 #include "workbench/offthread.h"
 #include "workbench/palettename.h"
@@ -125,8 +126,7 @@ void frmSTY2::WireFolderImport() {
         auto* menu = new QMenu(button);
         menu->addAction(QStringLiteral("Import picture or palette..."), actions_.import, &QAction::trigger);
         menu->addAction(action);
-        button->setMenu(menu);
-        button->setPopupMode(QToolButton::DelayedPopup);
+        ombrevale::workbench::MenuOnHold(button, menu);
         actions_.import->setToolTip(QStringLiteral("Import (hold for Import folder, %1)")
                                         .arg(action->shortcut().toString(QKeySequence::NativeText)));
     }
