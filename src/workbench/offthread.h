@@ -27,7 +27,7 @@ std::invoke_result_t<Work> OffThread(Work work) {
     watcher.setFuture(QtConcurrent::run(std::move(work)));
     if (!done) loop.exec(QEventLoop::ExcludeUserInputEvents);
     // What the work posted back (its progress) lands before its result is used.
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
+    QCoreApplication::sendPostedEvents(QCoreApplication::instance(), QEvent::MetaCall);
     return watcher.future().takeResult();
 }
 
