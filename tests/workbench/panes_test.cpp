@@ -608,48 +608,48 @@ private slots:
         const std::string path = OpenCopy();
         const auto& store = W().Document().Kept()->store();
         const auto kept = [&] { return Kept(path); };
+        QLabel* badge = W().Views().kept->Badge();
+        auto* bar = W().Views().kept->OfferBar();
         Make(Edit::Tile);
         const auto edited = W().Sty().SavedBytes();
         QTRY_VERIFY_WITH_TIMEOUT(store.Find(path).has_value(), 1000);
         QVERIFY(kept() == edited);
-        QVERIFY(W().Views().kept->Badge()->isVisibleTo(&W()) &&
-                W().Views().kept->Badge()->toolTip().startsWith("1 unsaved edit,"));
+        QVERIFY(badge->isVisibleTo(&W()) && badge->toolTip().startsWith("1 unsaved edit,"));
         W().Document().UndoStack()->undo();
-        QVERIFY(kept().empty() && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        QVERIFY(kept().empty() && !badge->isVisibleTo(&W()));
         W().Document().UndoStack()->redo();
         QVERIFY(kept() == edited);
         W().cmdGen_Click();
         QVERIFY(kept() == edited && !W().Document().UndoStack()->canUndo());
-        QVERIFY(W().Views().kept->OfferBar()->isVisibleTo(&W()));
-        QVERIFY2(W().Views().kept->OfferBar()->Text().startsWith("Unsaved edits of kept.sty from ") &&
-                     W().Views().kept->OfferBar()->Text().endsWith("(1 edit: Import into tile 5)"),
-                 qPrintable(W().Views().kept->OfferBar()->Text()));
+        QVERIFY(bar->isVisibleTo(&W()));
+        QVERIFY2(bar->Text().startsWith("Unsaved edits of kept.sty from ") &&
+                     bar->Text().endsWith("(1 edit: Import into tile 5)"),
+                 qPrintable(bar->Text()));
         // An edit now would take their place: No leaves the edit unmade and them on offer.
         yes_ = false;
         QCOMPARE(Says([&] { Make(Edit::RecycleAdd); }), 0);
-        QVERIFY(!W().Document().UndoStack()->canUndo() && kept() == edited &&
-                W().Views().kept->OfferBar()->isVisibleTo(&W()));
+        QVERIFY(!W().Document().UndoStack()->canUndo() && kept() == edited && bar->isVisibleTo(&W()));
         // Changed on disk since: No to the question restores nothing.
         auto changed = ombrevale::stylewriter::ReadFile(path);
         changed.back() ^= 1;
         ombrevale::stylewriter::WriteFile(path, changed);
-        W().Views().kept->OfferBar()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() != edited && W().Views().kept->OfferBar()->isVisibleTo(&W()));
+        bar->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() != edited && bar->isVisibleTo(&W()));
         yes_ = true;
         const auto loaded = W().Sty().SavedBytes();
-        W().Views().kept->OfferBar()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() == edited && !W().Views().kept->OfferBar()->isVisibleTo(&W()));
-        QVERIFY(W().Views().kept->Badge()->isVisibleTo(&W()) && kept() == edited);
+        bar->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() == edited && !bar->isVisibleTo(&W()));
+        QVERIFY(badge->isVisibleTo(&W()) && kept() == edited);
         // The Restore is one step of the history.
         W().Document().UndoStack()->undo();
-        QVERIFY(W().Sty().SavedBytes() == loaded && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        QVERIFY(W().Sty().SavedBytes() == loaded && !badge->isVisibleTo(&W()));
         W().Document().UndoStack()->redo();
-        QVERIFY(W().Sty().SavedBytes() == edited && W().Views().kept->Badge()->text() == "1" && kept() == edited);
+        QVERIFY(W().Sty().SavedBytes() == edited && badge->text() == "1" && kept() == edited);
         W().show();
         W().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&W()));
         QTest::keyClick(&W(), Qt::Key_S, Qt::ControlModifier);
-        QVERIFY(kept().empty() && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        QVERIFY(kept().empty() && !badge->isVisibleTo(&W()));
         QVERIFY(ombrevale::stylewriter::ReadFile(path) == edited);
     }
 
