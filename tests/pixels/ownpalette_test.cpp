@@ -14,8 +14,10 @@ using namespace modDeclares;
 using ownpalette::Target;
 using ownpalette::TargetKind;
 
+constexpr auto kMost = ownpalette::kMostPalettes;
+
 // Palette 2 is named by tile 1 and sprites 2, 5 and 8 (entries 6, 9 and 12).
-void OnlyTile1NamesPalette2() {
+void Tile1Alone(clsSTY&) {
     for (const std::size_t e : {6u, 9u, 12u}) STYPalIndex[e] = 0;
 }
 
@@ -98,44 +100,30 @@ TEST_P(OwnPalette, TakesAPaletteNothingElseDrawsIn) {
     EXPECT_TRUE(hooks.messages().empty());
 }
 
+void Nothing(clsSTY&) {}
+// Palette 3 is named by nothing but holds colours: only one never written counts as free.
+void FreePaletteUnwritten(clsSTY& d) {
+    Palettes(d, 64, false);
+    STYPalData[3][9] = 1;
+}
+// An entry past the sprites' (a remap's) draws in palette 2 too.
+void RemapSharesPalette2(clsSTY& d) {
+    Tile1Alone(d);
+    STYPalIndex.push_back(2);
+}
+void FullStyleTile1Alone(clsSTY& d) {
+    Tile1Alone(d);
+    Palettes(d, kMost, true);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Places, OwnPalette,
-    ::testing::Values(Case{"SharedTileGetsAPage", {TargetKind::Tile, 1}, [](clsSTY&) {}, 3, false, 64},
-                      // Palette 3 is named by nothing but holds colours: only one never written counts as free.
-                      Case{"SharedSpriteTakesAFreePalette",
-                           {TargetKind::Sprite, 4},
-                           [](clsSTY& d) {
-                               Palettes(d, 64, false);
-                               STYPalData[3][9] = 1;
-                           },
-                           4,
-                           false,
-                           64},
-                      Case{"OnlyUserRewrittenInPlace",
-                           {TargetKind::Tile, 1},
-                           [](clsSTY&) { OnlyTile1NamesPalette2(); },
-                           2,
-                           true,
-                           kPaletteCount},
-                      // An entry past the sprites' (a remap's) draws in it too.
-                      Case{"EntryPastTheSpritesSharesIt",
-                           {TargetKind::Tile, 1},
-                           [](clsSTY&) {
-                               OnlyTile1NamesPalette2();
-                               STYPalIndex.push_back(2);
-                           },
-                           3,
-                           false,
-                           64},
-                      Case{"FullStyleStillRewritesInPlace",
-                           {TargetKind::Tile, 1},
-                           [](clsSTY& d) {
-                               OnlyTile1NamesPalette2();
-                               Palettes(d, ownpalette::kMostPalettes, true);
-                           },
-                           2,
-                           true,
-                           ownpalette::kMostPalettes}),
+    ::testing::Values(Case{"SharedTileGetsAPage", {TargetKind::Tile, 1}, Nothing, 3, false, 64},
+                      Case{"SharedSpriteTakesAFree", {TargetKind::Sprite, 4}, FreePaletteUnwritten, 4, false, 64},
+                      Case{"OnlyUserRewrittenInPlace", {TargetKind::Tile, 1}, Tile1Alone, 2, true, kPaletteCount},
+                      Case{"EntryPastTheSpritesSharesIt", {TargetKind::Tile, 1}, RemapSharesPalette2, 3, false, 64},
+                      Case{
+                          "FullStyleStillRewritesInPlace", {TargetKind::Tile, 1}, FullStyleTile1Alone, 2, true, kMost}),
     [](const auto& row) { return std::string(row.param.name); });
 
 struct Refusal {
@@ -157,35 +145,29 @@ TEST_P(OwnPaletteRefused, SaysWhyAndChangesNothing) {
     EXPECT_TRUE(testsupport::TakeSnapshot(doc) == before);
 }
 
+// Every palette holds colours, so none is free.
+void FullStyle(clsSTY& d) { Palettes(d, kMost, true); }
+// A remap recolours by colour numbers: new numbers would scramble every remap.
+void CarWithRemaps(clsSTY&) {
+    STYSpriteBase[0] = 3;
+    STYCarInfo.resize(2);
+    STYCarInfo[0].sprite = 1;
+    STYCarInfo[1].sprite = 1;
+    STYCarInfo[1].remaps = {0, 1};
+}
+void PedsRemapped(clsSTY&) {
+    STYSpriteBase[0] = 1;
+    STYSpriteBase[1] = 4;
+    STYPalBase[3] = 1;
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Targets, OwnPaletteRefused,
-    ::testing::Values(Refusal{"Delta", {TargetKind::Delta, 0, 1}, [](clsSTY&) {}, "drawn in its sprite's palette"},
-                      Refusal{"FullStyle",
-                              {TargetKind::Tile, 1},
-                              [](clsSTY& d) {
-                                  // Every palette holds colours, so none is free.
-                                  Palettes(d, ownpalette::kMostPalettes, true);
-                              },
-                              "no room for another palette"},
-                      // A remap recolours by colour numbers: new numbers would scramble every remap.
-                      Refusal{"CarWithRemaps",
-                              {TargetKind::Sprite, 1},
-                              [](clsSTY&) {
-                                  STYSpriteBase[0] = 3;
-                                  STYCarInfo.resize(2);
-                                  STYCarInfo[0].sprite = 1;
-                                  STYCarInfo[1].sprite = 1;
-                                  STYCarInfo[1].remaps = {0, 1};
-                              },
-                              "Car: 2 (sprite 1) has 2 remaps"},
-                      Refusal{"PedsRemapped",
-                              {TargetKind::Sprite, 2},
-                              [](clsSTY&) {
-                                  STYSpriteBase[0] = 1;
-                                  STYSpriteBase[1] = 4;
-                                  STYPalBase[3] = 1;
-                              },
-                              "has 1 remap,"}),
+    ::testing::Values(Refusal{"Delta", {TargetKind::Delta, 0, 1}, Nothing, "drawn in its sprite's palette"},
+                      Refusal{"FullStyle", {TargetKind::Tile, 1}, FullStyle, "no room for another palette"},
+                      Refusal{
+                          "CarWithRemaps", {TargetKind::Sprite, 1}, CarWithRemaps, "Car: 2 (sprite 1) has 2 remaps"},
+                      Refusal{"PedsRemapped", {TargetKind::Sprite, 2}, PedsRemapped, "has 1 remap,"}),
     [](const auto& row) { return std::string(row.param.name); });
 
 // The pixels go first: a picture that does not fit leaves the palettes as

@@ -55,10 +55,7 @@ ByteString MakeBmp(const Shape& s) {
     Put(b, 28, static_cast<std::uint32_t>(s.bits), 2);
     Put(b, 30, s.compression, 4);
     if (s.compression == 3) {
-        Put(b, 54, 0x00FF0000u, 4);
-        Put(b, 58, 0x0000FF00u, 4);
-        Put(b, 62, 0x000000FFu, 4);
-        Put(b, 66, 0xFF000000u, 4);
+        for (std::uint32_t k = 0; k < 4; ++k) Put(b, 54 + 4 * k, k < 3 ? 0xFF0000u >> (8 * k) : 0xFF000000u, 4);
     }
     for (std::size_t n = 0; n < table / 4; ++n) {
         const Rgba c = Want(static_cast<int>(n), 0, s.bits);
@@ -148,28 +145,13 @@ TEST(Fit, TakesTheNearestColour) {
     modDeclares::ResetSharedStores();
     modDeclares::STYPalData.assign(1, modDeclares::Palette{});
     auto& pal = modDeclares::STYPalData[0];
-    const auto set = [&pal](std::size_t c, std::uint8_t r, std::uint8_t g, std::uint8_t b) {
-        pal[c * 4] = b;
-        pal[c * 4 + 1] = g;
-        pal[c * 4 + 2] = r;
-    };
-    for (std::size_t c = 6; c < 256; ++c) set(c, 255, 255, 255);
-    set(1, 10, 10, 10);
-    set(2, 200, 0, 0);
-    set(3, 0, 200, 0);
-    set(4, 200, 0, 0);
-    set(5, 100, 100, 100);
-    Picture pic{7,
-                1,
-                {{12, 9, 11, 255},
-                 {190, 10, 5, 255},
-                 {0, 0, 0, 255},
-                 {255, 0, 255, 255},
-                 {50, 50, 50, 0},
-                 {60, 60, 60, 255},
-                 {200, 0, 0, 255}},
-                {},
-                {}};
+    // Red, green and blue of colours 1 to 5 (2 and 4 alike), then white.
+    const std::uint8_t rgb[][3] = {{0, 0, 0}, {10, 10, 10}, {200, 0, 0}, {0, 200, 0}, {200, 0, 0}, {100, 100, 100}};
+    for (std::size_t c = 1; c < 256; ++c)
+        for (std::size_t k = 0; k < 3; ++k) pal[c * 4 + 2 - k] = c < 6 ? rgb[c][k] : 255;
+    const std::vector<Rgba> colours = {{12, 9, 11, 255}, {190, 10, 5, 255}, {0, 0, 0, 255},  {255, 0, 255, 255},
+                                       {50, 50, 50, 0},  {60, 60, 60, 255}, {200, 0, 0, 255}};
+    const Picture pic{7, 1, colours, {}, {}};
     const auto fitted = ombrevale::pictureimport::Fit(pic, 0);
     EXPECT_EQ(fitted.numbers, (ByteString{1, 2, 1, 0, 0, 5, 2}));
     EXPECT_EQ(fitted.changed, 4);

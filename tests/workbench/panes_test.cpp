@@ -319,6 +319,8 @@ private slots:
         QTest::mouseClick(W().lblColour, Qt::LeftButton);
         QCOMPARE(StoreColour(70, 200), qRgb(255 - c.red(), c.green(), c.blue()));
         QCOMPARE(STYPalData[70][200 * 4 + 3], fourth);
+        // Named as the Palettes list names it, then as the tile caption's physical number.
+        QCOMPARE(W().Document().UndoStack()->undoText(), QStringLiteral("colour 200 of palette 71 (physical 70)"));
         // The strip shows the new colour; the big box still shows the colour taken.
         QCOMPARE(Band(W().picPalette, 200), StoreColour(70, 200));
         QCOMPARE(W().lblColour->palette().color(QPalette::Window), c);
@@ -606,48 +608,48 @@ private slots:
         const std::string path = OpenCopy();
         const auto& store = W().Document().Kept()->store();
         const auto kept = [&] { return Kept(path); };
+        QLabel* badge = W().Views().kept->Badge();
+        auto* bar = W().Views().kept->OfferBar();
         Make(Edit::Tile);
         const auto edited = W().Sty().SavedBytes();
         QTRY_VERIFY_WITH_TIMEOUT(store.Find(path).has_value(), 1000);
         QVERIFY(kept() == edited);
-        QVERIFY(W().Views().kept->Badge()->isVisibleTo(&W()) &&
-                W().Views().kept->Badge()->toolTip().startsWith("1 unsaved edit,"));
+        QVERIFY(badge->isVisibleTo(&W()) && badge->toolTip().startsWith("1 unsaved edit,"));
         W().Document().UndoStack()->undo();
-        QVERIFY(kept().empty() && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        QVERIFY(kept().empty() && !badge->isVisibleTo(&W()));
         W().Document().UndoStack()->redo();
         QVERIFY(kept() == edited);
         W().cmdGen_Click();
         QVERIFY(kept() == edited && !W().Document().UndoStack()->canUndo());
-        QVERIFY(W().Views().kept->OfferBar()->isVisibleTo(&W()));
-        QVERIFY2(W().Views().kept->OfferBar()->Text().startsWith("Unsaved edits of kept.sty from ") &&
-                     W().Views().kept->OfferBar()->Text().endsWith("(1 edit: Import into tile 5)"),
-                 qPrintable(W().Views().kept->OfferBar()->Text()));
+        QVERIFY(bar->isVisibleTo(&W()));
+        QVERIFY2(bar->Text().startsWith("Unsaved edits of kept.sty from ") &&
+                     bar->Text().endsWith("(1 edit: Import into tile 5)"),
+                 qPrintable(bar->Text()));
         // An edit now would take their place: No leaves the edit unmade and them on offer.
         yes_ = false;
         QCOMPARE(Says([&] { Make(Edit::RecycleAdd); }), 0);
-        QVERIFY(!W().Document().UndoStack()->canUndo() && kept() == edited &&
-                W().Views().kept->OfferBar()->isVisibleTo(&W()));
+        QVERIFY(!W().Document().UndoStack()->canUndo() && kept() == edited && bar->isVisibleTo(&W()));
         // Changed on disk since: No to the question restores nothing.
         auto changed = ombrevale::stylewriter::ReadFile(path);
         changed.back() ^= 1;
         ombrevale::stylewriter::WriteFile(path, changed);
-        W().Views().kept->OfferBar()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() != edited && W().Views().kept->OfferBar()->isVisibleTo(&W()));
+        bar->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() != edited && bar->isVisibleTo(&W()));
         yes_ = true;
         const auto loaded = W().Sty().SavedBytes();
-        W().Views().kept->OfferBar()->RestoreButton()->click();
-        QVERIFY(W().Sty().SavedBytes() == edited && !W().Views().kept->OfferBar()->isVisibleTo(&W()));
-        QVERIFY(W().Views().kept->Badge()->isVisibleTo(&W()) && kept() == edited);
+        bar->RestoreButton()->click();
+        QVERIFY(W().Sty().SavedBytes() == edited && !bar->isVisibleTo(&W()));
+        QVERIFY(badge->isVisibleTo(&W()) && kept() == edited);
         // The Restore is one step of the history.
         W().Document().UndoStack()->undo();
-        QVERIFY(W().Sty().SavedBytes() == loaded && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        QVERIFY(W().Sty().SavedBytes() == loaded && !badge->isVisibleTo(&W()));
         W().Document().UndoStack()->redo();
-        QVERIFY(W().Sty().SavedBytes() == edited && W().Views().kept->Badge()->text() == "1" && kept() == edited);
+        QVERIFY(W().Sty().SavedBytes() == edited && badge->text() == "1" && kept() == edited);
         W().show();
         W().activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(&W()));
         QTest::keyClick(&W(), Qt::Key_S, Qt::ControlModifier);
-        QVERIFY(kept().empty() && !W().Views().kept->Badge()->isVisibleTo(&W()));
+        QVERIFY(kept().empty() && !badge->isVisibleTo(&W()));
         QVERIFY(ombrevale::stylewriter::ReadFile(path) == edited);
     }
 
@@ -747,70 +749,63 @@ private slots:
         QCOMPARE(W().Views().kept->Badge()->text(), "2");
     }
 
-    // A folder of the export's files goes in as one step: what differs changes, the rest stays, Undo takes all back.
+    // A folder of the export's files goes in as one step that Undo takes back whole: what differs
+    // changes, the rest stays. Pictures in colours their palettes lack are named and counted, and take
+    // the nearest colours, palettes of their own (the command line's --new-palette) or stay out.
+    void importFolder_data() {
+        QTest::addColumn<int>("pictures");  // in colours no palette holds; 0: the exported ones, one changed
+        QTest::addColumn<int>("answer");    // as the buttons stand: nearest, own palettes, leave out (No)
+        QTest::newRow("a palette refused, No") << 0 << 2;
+        QTest::newRow("a palette refused, the rest go in") << 0 << 0;
+        QTest::newRow("nearest, 1 picture") << 1 << 0;
+        QTest::newRow("own palettes, 2 pictures") << 2 << 1;
+        QTest::newRow("left out, 1 picture") << 1 << 2;
+    }
     void importFolder() {
-        const QString folder = F("folder");
-        QDir().mkpath(folder + "/tiles");
-        QDir().mkpath(folder + "/palettes");
-        QVERIFY(W().Sty().SaveTile(dir_.File("folder/tiles/tile-0005.bmp"), 5));
-        QVERIFY(W().Sty().SaveTile(dir_.File("folder/tiles/tile-0006.bmp"), 6));
-        QImage tile(folder + "/tiles/tile-0005.bmp");  // the exported colour numbers, one pixel moved
-        tile.setPixel(3, 3, uint(tile.pixelIndex(3, 3) + 1) % 256);
-        QVERIFY(tile.save(folder + "/tiles/tile-0005.bmp", "BMP"));
-        std::ofstream(dir_.File("folder/palettes/palette-999.pal")) << "JASC-PAL\n";
-        const State before = Now();
-        answers_ = {folder};
-        yes_ = false;  // to "import the changes that can" in spite of the refused palette
-        QCOMPARE(Says([&] { W().ImportFolder(); }), 0);
-        QVERIFY(Now() == before);
-        answers_ = {folder};
-        yes_ = true;
-        ombrevale::testsupport::HookRecorder hooks;
-        W().ImportFolder();
-        QCOMPARE(hooks.messages().size(), std::size_t(1));
-        QVERIFY2(QString::fromStdString(hooks.messages()[0]).contains("1 changed, 1 unchanged, 1 refused."),
-                 hooks.messages()[0].c_str());
-        QCOMPARE(W().Sty().STYTileStore.at(5)[3 * 64 + 3], std::uint8_t(tile.pixelIndex(3, 3)));
-        QVERIFY(Now().cell != before.cell);
-        QCOMPARE(W().Document().UndoStack()->count(), 1);
-        W().Document().UndoStack()->undo();
-        QVERIFY(Now() == before);
-    }
-
-    // Pictures of a folder in colours their palettes lack are named and counted, and take the
-    // nearest colours, palettes of their own (the command line's --new-palette) or stay out;
-    // what goes in is one step that Undo takes back whole.
-    void importFolderColours_data() {
-        QTest::addColumn<int>("answer");  // as the buttons stand: nearest, own palettes, leave out
-        QTest::addColumn<int>("pictures");
-        QTest::newRow("nearest, 1 picture") << 0 << 1;
-        QTest::newRow("own palettes, 2 pictures") << 1 << 2;
-        QTest::newRow("left out, 1 picture") << 2 << 1;
-    }
-    void importFolderColours() {
-        QFETCH(int, answer);
         QFETCH(int, pictures);
-        const QString folder = F("unheld");
+        QFETCH(int, answer);
+        const QString folder = F("folder");
         QDir(folder).removeRecursively();
         QDir().mkpath(folder + "/tiles");
+        QImage tile;
+        if (pictures == 0) {
+            QDir().mkpath(folder + "/palettes");
+            QVERIFY(W().Sty().SaveTile(dir_.File("folder/tiles/tile-0005.bmp"), 5));
+            QVERIFY(W().Sty().SaveTile(dir_.File("folder/tiles/tile-0006.bmp"), 6));
+            tile = QImage(folder + "/tiles/tile-0005.bmp");  // the exported colour numbers, one pixel moved
+            tile.setPixel(3, 3, uint(tile.pixelIndex(3, 3) + 1) % 256);
+            QVERIFY(tile.save(folder + "/tiles/tile-0005.bmp", "BMP"));
+            std::ofstream(dir_.File("folder/palettes/palette-999.pal")) << "JASC-PAL\n";
+        }
         for (int k = 0; k < pictures; ++k)
             QVERIFY(QFile::copy(F("tile.png"),
                                 folder + QStringLiteral("/tiles/tile-%1.png").arg(kTile + k, 4, 10, QLatin1Char('0'))));
         const State before = Now();
         const auto palettes = STYPalIndex;
         answers_ = {folder};
+        yes_ = pictures > 0 || answer == 0;  // to "import the changes that can" in spite of the refused palette
         choiceAnswer_ = answer;
+        ombrevale::testsupport::HookRecorder hooks;
         W().ImportFolder();
-        QCOMPARE(choiceButtons_.size(), 3);
-        QVERIFY2(choicePrompt_.startsWith(pictures == 1 ? QStringLiteral("1 picture of %1 has").arg(folder)
-                                                        : QStringLiteral("2 pictures of %1 have").arg(folder)),
-                 qPrintable(choicePrompt_));
-        QVERIFY2(choicePrompt_.contains(
-                     QStringLiteral("tiles/tile-%1.png").arg(kTile + pictures - 1, 4, 10, QLatin1Char('0'))),
-                 qPrintable(choicePrompt_));
+        if (pictures > 0) {
+            QCOMPARE(choiceButtons_.size(), 3);
+            QVERIFY2(choicePrompt_.startsWith(pictures == 1 ? QStringLiteral("1 picture of %1 has").arg(folder)
+                                                            : QStringLiteral("2 pictures of %1 have").arg(folder)),
+                     qPrintable(choicePrompt_));
+            QVERIFY2(choicePrompt_.contains(
+                         QStringLiteral("tiles/tile-%1.png").arg(kTile + pictures - 1, 4, 10, QLatin1Char('0'))),
+                     qPrintable(choicePrompt_));
+        } else {
+            QCOMPARE(hooks.messages().size(), std::size_t(answer == 0));
+        }
         if (answer == 2) {
             QVERIFY(Now() == before && !W().Document().UndoStack()->canUndo());
             return;
+        }
+        if (pictures == 0) {
+            QVERIFY2(QString::fromStdString(hooks.messages()[0]).contains("1 changed, 1 unchanged, 1 refused."),
+                     hooks.messages()[0].c_str());
+            QCOMPARE(W().Sty().STYTileStore.at(5)[3 * 64 + 3], std::uint8_t(tile.pixelIndex(3, 3)));
         }
         const State after = Now();
         QVERIFY(after.cell != before.cell);
@@ -924,19 +919,34 @@ private slots:
                  1);
     }
 
+    // Ctrl+G offers only the tiles a click can select, and says why not for the rest; a tile it
+    // takes is in view, with the caption, number and box that a click on its cell gives.
     void goToTile_data() {
+        QTest::addColumn<int>("tiles");  // of the style; 0: the sample's 992
         QTest::addColumn<QString>("reply");
         QTest::addColumn<int>("messages");
-        QTest::newRow("500, below the first screen") << "500" << 0;
-        QTest::newRow("beyond the tiles") << "992" << 1;
+        QTest::addColumn<QString>("says");
+        QTest::newRow("500, below the first screen") << 0 << "500" << 0 << "";
+        QTest::newRow("beyond the tiles") << 0 << "992" << 1 << "";
+        QTest::newRow("past the selectable") << 1000 << "995" << 1 << "only tiles 0 to 991";
     }
-    // Ctrl+G: in view, and the caption, number and box that a click on the cell gives.
     void goToTile() {
+        QFETCH(int, tiles);
         QFETCH(QString, reply);
         QFETCH(int, messages);
+        QFETCH(QString, says);
+        if (tiles) {
+            ombrevale::wbtest::WriteStyle(dir_.File("big.sty"), tiles);
+            w_.reset();
+            w_ = std::make_unique<frmSTY2>(dir_.File("big.sty"));
+        }
         reply_ = reply;
-        QCOMPARE(Says([&] { Ctrl(W().picMain, Qt::Key_G); }), messages);
-        frmSTY2 clicked{std::string(OMBREVALE_SAMPLE)};
+        ombrevale::testsupport::HookRecorder hooks;
+        Ctrl(W().picMain, Qt::Key_G);
+        QCOMPARE(prompt_, QStringLiteral("Go to tile (0 to 991):"));
+        QCOMPARE(int(hooks.messages().size()), messages);
+        QVERIFY(says.isEmpty() || QString::fromStdString(hooks.messages()[0]).contains(says));
+        frmSTY2 clicked{W().Document().Path()};
         if (reply == "500") clicked.picMain_MouseUp(1, 0, CellCentre(500).x(), CellCentre(500).y());
         QCOMPARE(W().lblIdx->text(), clicked.lblIdx->text());  // the tile's number and palette
         QCOMPARE(W().picMain->image(), clicked.picMain->image());
@@ -958,19 +968,6 @@ private slots:
         reply_ = reply;
         QCOMPARE(Says([&] { Ctrl(W().lstSprites, Qt::Key_F); }), int(caption.isEmpty()));
         QCOMPARE(W().lstSprites->currentItem() ? W().lstSprites->currentItem()->text() : QString(), caption);
-    }
-
-    // Ctrl+U lists a remap of the chosen palette; a click chooses the car and that remap.
-    void paletteUsage() {
-        W().MainTab->setCurrentIndex(2);
-        W().lstPalettes->setCurrentRow(Remap(1));
-        Ctrl(W().lstPalettes, Qt::Key_U);
-        const auto found = W().Views().usage->findItems(QStringLiteral("Car: 1, remap %1").arg(STYCarInfo[0].remaps[1]),
-                                                        Qt::MatchExactly);
-        QCOMPARE(found.size(), 1);
-        ClickRow(W().Views().usage, W().Views().usage->row(found[0]));
-        QCOMPARE(W().lstSprites->currentRow(), 0);
-        QCOMPARE(W().lstRemaps->currentRow(), 2);
     }
 
     void zoom_data() {
@@ -1006,8 +1003,11 @@ private slots:
         QCOMPARE(Rgb(box->grab().toImage()), drawn);
     }
 
-    // Ctrl+R: the car in its own palette and each remap, labelled; a click chooses that remap.
-    void allRemaps() {
+    // Ctrl+R: the car in its own palette and each remap, labelled; Ctrl+U: the users of the chosen
+    // palette. A click in either chooses that car and remap. Both open beside the main window, wide
+    // enough for their titles, and after Open hold nothing of the last style.
+    void addedViews() {
+        W().setGeometry(10, 40, 300, 400);  // room on the screen's right
         W().MainTab->setCurrentIndex(1);
         W().lstSprites->setCurrentRow(0);
         Ctrl(W().lstSprites, Qt::Key_R);
@@ -1020,36 +1020,17 @@ private slots:
         QCOMPARE(W().lstRemaps->currentRow(), 2);
         W().lstSprites->setCurrentRow(W().lstSprites->count() - 1);
         QCOMPARE(strip->count(), 0);
-    }
-
-    // The added windows show the style now in the window: after Open, nothing of the last one.
-    void viewsFollowTheDocument() {
-        W().MainTab->setCurrentIndex(1);
-        W().lstSprites->setCurrentRow(0);
-        Ctrl(W().lstSprites, Qt::Key_R);
         W().MainTab->setCurrentIndex(2);
         W().lstPalettes->setCurrentRow(Remap(1));
         Ctrl(W().lstPalettes, Qt::Key_U);
-        QVERIFY(W().Views().allRemaps->count() > 0 && W().Views().usage->count() > 0);
-        ombrevale::wbtest::WriteStyle(dir_.File("other.sty"), 40);
-        answers_ = {F("other.sty")};
-        W().tlbMain_ButtonClick(QStringLiteral("open"));
-        QCOMPARE(W().Document().Path(), dir_.File("other.sty"));
-        QCOMPARE(W().Views().allRemaps->count(), 0);
-        QCOMPARE(W().Views().usage->count(), 0);
-        QCOMPARE(W().Views().usage->windowTitle(), QStringLiteral("Palette usage: choose a palette"));
-    }
-
-    // Both windows open beside the main one, wide enough for their titles.
-    void toolWindowsBesideTheMain() {
-        W().setGeometry(10, 40, 300, 400);  // room on the screen's right
-        W().MainTab->setCurrentIndex(1);
-        W().lstSprites->setCurrentRow(0);
-        Ctrl(W().lstSprites, Qt::Key_R);
-        W().MainTab->setCurrentIndex(2);
-        W().lstPalettes->setCurrentRow(5);
-        Ctrl(W().lstPalettes, Qt::Key_U);
-        const QWidget* tools[] = {W().Views().allRemaps, W().Views().usage};
+        QListWidget* usage = W().Views().usage;
+        const auto found =
+            usage->findItems(QStringLiteral("Car: 1, remap %1").arg(STYCarInfo[0].remaps[1]), Qt::MatchExactly);
+        QCOMPARE(found.size(), 1);
+        ClickRow(usage, usage->row(found[0]));
+        QCOMPARE(W().lstSprites->currentRow(), 0);
+        QCOMPARE(W().lstRemaps->currentRow(), 2);
+        const QWidget* tools[] = {strip, usage};
         for (const QWidget* tool : tools) {
             QVERIFY(tool->isVisible());
             QVERIFY2(!tool->frameGeometry().intersects(W().frameGeometry()), qPrintable(tool->windowTitle()));
@@ -1059,58 +1040,14 @@ private slots:
         // The first stands right beside the main window; the second never over it.
         QVERIFY(std::abs(tools[0]->frameGeometry().left() - W().frameGeometry().right()) < 16);
         QVERIFY(!tools[0]->frameGeometry().intersects(tools[1]->frameGeometry()));
-    }
-
-    // A palette is named as the Palettes list's "Palette: 6", then as the tile caption's physical 5.
-    void paletteNamedAsTheList() {
-        Make(Edit::Tile);
-        const int pal = STYPalIndex.at(kTile);
-        QVERIFY2(question_.contains(QStringLiteral("that palette %1 (physical %2) does not").arg(pal + 1).arg(pal)),
-                 qPrintable(question_));
-        W().lstPalettes->setCurrentRow(5);
-        W().picPalette_MouseUp(3.5);
-        W().txtRed->setText(QString::number((W().txtRed->text().toInt() + 1) % 256));
-        W().lblColour_Click();
-        QCOMPARE(W().Document().UndoStack()->undoText(), QStringLiteral("colour 3 of palette 6 (physical 5)"));
-        QCOMPARE(W().lstPalettes->item(5)->text(), QStringLiteral("Palette: 6"));
-    }
-
-    // The import question names a sprite by its list caption, and the own palette by the number
-    // its Palettes list row and the tile caption will show.
-    void importNamedAsTheLists_data() {
-        QTest::addColumn<bool>("tile");
-        QTest::addColumn<int>("delta");  // -1: none
-        QTest::newRow("tile, own palette") << true << -1;
-        QTest::newRow("sprite") << false << -1;
-        QTest::newRow("delta") << false << 1;
-    }
-    void importNamedAsTheLists() {
-        QFETCH(bool, tile);
-        QFETCH(int, delta);
-        if (tile) {
-            Make(Edit::TileOwnPalette);
-            const int pal = STYPalIndex.at(kTile);
-            QCOMPARE(W().lblIdx->text(), QStringLiteral("Index: %1 Palette: %2").arg(kTile).arg(pal));
-            QCOMPARE(W().lstPalettes->item(pal)->text(), QStringLiteral("Palette: %1").arg(pal + 1));
-            QVERIFY2(ownText_.contains(QStringLiteral("palette %1 (physical %2)").arg(pal + 1).arg(pal)),
-                     qPrintable(ownText_));
-            return;
-        }
-        constexpr int kSprite = 3;
-        W().lstSprites->setCurrentRow(kSprite);
-        W().cmbDeltas->setCurrentIndex(delta + 1);
-        std::int16_t own = -1;
-        QVERIFY(W().Sty().SaveSprite(dir_.File("sprite.bmp"), kSprite, own));
-        QImage sprite = Rgb(QImage(F("sprite.bmp")));
-        sprite.setPixel(1, 1, qRgb(1, 2, 3));
-        QVERIFY(sprite.save(F("sprite.png")));
-        answers_ = {F("sprite.png")};
-        yes_ = false;
-        W().tlbMain_ButtonClick(QStringLiteral("import"));
-        const QString name = QStringLiteral("%1 (sprite %2)").arg(W().lstSprites->item(kSprite)->text()).arg(kSprite);
-        QVERIFY2(question_.endsWith(QStringLiteral("Import it into %1%2 with:")
-                                        .arg(delta < 0 ? QString() : QStringLiteral("delta %1 of ").arg(delta), name)),
-                 qPrintable(question_));
+        QVERIFY(strip->count() > 0 && usage->count() > 0);
+        ombrevale::wbtest::WriteStyle(dir_.File("other.sty"), 40);
+        answers_ = {F("other.sty")};
+        W().tlbMain_ButtonClick(QStringLiteral("open"));
+        QCOMPARE(W().Document().Path(), dir_.File("other.sty"));
+        QCOMPARE(strip->count(), 0);
+        QCOMPARE(usage->count(), 0);
+        QCOMPARE(usage->windowTitle(), QStringLiteral("Palette usage: choose a palette"));
     }
 
     void boxKeepsItsEdges_data() {
@@ -1204,20 +1141,6 @@ private slots:
         QCOMPARE(W().Sty().GetNumOfTiles(), 40);
     }
 
-    // Go to offers and takes only the tiles a click can select, and says why not for the rest.
-    void goToPastTheSelectable() {
-        ombrevale::wbtest::WriteStyle(dir_.File("big.sty"), 1000);
-        frmSTY2 big{dir_.File("big.sty")};
-        reply_ = QStringLiteral("995");
-        QVERIFY(ombrevale::wbtest::ShowActive(big));
-        ombrevale::testsupport::HookRecorder hooks;
-        QTest::keyClick(big.picMain, Qt::Key_G, Qt::ControlModifier);
-        QCOMPARE(prompt_, QStringLiteral("Go to tile (0 to 991):"));
-        QCOMPARE(hooks.messages().size(), std::size_t(1));
-        QVERIFY2(hooks.messages()[0].find("only tiles 0 to 991") != std::string::npos, hooks.messages()[0].c_str());
-        QVERIFY(big.lblIdx->text().isEmpty());
-    }
-
     // Edits and their undo: each changes the stores and what shows them, Undo
     // puts both back, Redo makes the edit again, a load forgets the history.
 
@@ -1258,27 +1181,32 @@ private slots:
         QVERIFY(!W().Actions().undo->isEnabled() && !W().Actions().redo->isEnabled());
     }
 
-    // The choice for a picture the palette does not hold shows both ways at 2x, and
-    // the way chosen is what the sheet shows afterwards; a delta has no own way.
+    // The choice for a picture its palette does not hold names the target as the lists do and
+    // shows both ways at 2x; the way chosen is what the sheet shows afterwards; a delta has no own way.
     void colourChoice_data() {
+        QTest::addColumn<int>("sprite");  // -1: tile kTile
+        QTest::addColumn<int>("delta");   // -1: none
         QTest::addColumn<int>("answer");
-        QTest::addColumn<bool>("delta");
-        QTest::newRow("nearest colours") << int(ombrevale::workbench::ColourAnswer::Nearest) << false;
-        QTest::newRow("own palette") << int(ombrevale::workbench::ColourAnswer::OwnPalette) << false;
-        QTest::newRow("delta") << int(ombrevale::workbench::ColourAnswer::Cancel) << true;
+        using A = ombrevale::workbench::ColourAnswer;
+        QTest::newRow("tile, nearest colours") << -1 << -1 << int(A::Nearest);
+        QTest::newRow("tile, own palette") << -1 << -1 << int(A::OwnPalette);
+        QTest::newRow("sprite") << 3 << -1 << int(A::Cancel);
+        QTest::newRow("delta") << 3 << 1 << int(A::Cancel);
     }
     void colourChoice() {
+        QFETCH(int, sprite);
+        QFETCH(int, delta);
         QFETCH(int, answer);
-        QFETCH(bool, delta);
         choice_ = ombrevale::workbench::ColourAnswer(answer);
-        if (delta) {
-            W().lstSprites->setCurrentRow(0);
-            W().cmbDeltas->setCurrentIndex(1);
+        const int pal = STYPalIndex.at(kTile);  // before the import gives the tile one of its own
+        if (sprite >= 0) {
+            W().lstSprites->setCurrentRow(sprite);
+            W().cmbDeltas->setCurrentIndex(delta + 1);
             std::int16_t own = -1;
-            QVERIFY(W().Sty().SaveSprite(dir_.File("sprite.bmp"), 0, own));
-            QImage sprite = Rgb(QImage(F("sprite.bmp")));
-            sprite.setPixel(1, 1, qRgb(1, 2, 3));
-            QVERIFY(sprite.save(F("sprite.png")));
+            QVERIFY(W().Sty().SaveSprite(dir_.File("sprite.bmp"), sprite, own));
+            QImage image = Rgb(QImage(F("sprite.bmp")));
+            image.setPixel(1, 1, qRgb(1, 2, 3));
+            QVERIFY(image.save(F("sprite.png")));
             answers_ = {F("sprite.png")};
         } else {
             W().picMain_MouseUp(1, 0, kTile * 64 + 32, 32);
@@ -1286,10 +1214,20 @@ private slots:
         }
         W().tlbMain_ButtonClick(QStringLiteral("import"));
         QVERIFY(!nearestPreview_.isNull());
-        if (delta) {
-            QVERIFY2(ownPreview_.isNull() && ownNote_.contains("drawn in its sprite's palette"), qPrintable(ownNote_));
+        if (sprite >= 0) {
+            const QString name = QStringLiteral("%1 (sprite %2)").arg(W().lstSprites->item(sprite)->text()).arg(sprite);
+            QVERIFY2(
+                question_.endsWith(QStringLiteral("Import it into %1%2 with:")
+                                       .arg(delta < 0 ? QString() : QStringLiteral("delta %1 of ").arg(delta), name)),
+                qPrintable(question_));
+            QVERIFY2(delta < 0 || (ownPreview_.isNull() && ownNote_.contains("drawn in its sprite's palette")),
+                     qPrintable(ownNote_));
             return;
         }
+        QVERIFY2(question_.contains(QStringLiteral("that palette %1 (physical %2) does not").arg(pal + 1).arg(pal)),
+                 qPrintable(question_));
+        QVERIFY2(ownText_.contains(QStringLiteral("palette %1 (physical %2)").arg(pal + 1).arg(pal)),
+                 qPrintable(ownText_));
         QCOMPARE(nearestPreview_.size(), QSize(128, 128));
         QCOMPARE(ownPreview_.size(), QSize(128, 128));
         const QImage chosen =

@@ -125,12 +125,8 @@ private slots:
             QVERIFY(w->Sty().RenderTile(t, tile));
             QCOMPARE(Sheet(*w).copy(t % 9 * 64, t / 9 * 64, 64, 64), tile.image());
         }
-    }
-
-    // The sheet keeps no copy of a tile's colour numbers, and a tile replaced
-    // afterwards leaves the drawn sheet alone.
-    void sheetSharesTheTilesBlocks() {
-        auto w = Open();
+        // The sheet keeps no copy of a tile's colour numbers, and a tile replaced
+        // afterwards leaves the drawn sheet alone.
         for (const Tile& t : w->Sty().STYTileStore) QVERIFY(t.Block().use_count() >= 2);
         const QImage before = Sheet(*w);
         w->Sty().STYTileStore[0] = Tile(PixelBlock{});
