@@ -110,26 +110,6 @@ private slots:
         QCOMPARE(CanvasPixel(*map_, f.x, f.y), before);
     }
 
-    // The tool bar's Open holds Open map: a press held opens the menu, and no arrow marks the button.
-    void openButtonHoldsOpenMap() {
-        auto* button = qobject_cast<QToolButton*>(W().Actions().open->associatedObjects().value(0));
-        QVERIFY(button && !button->menu());
-        QStringList seen;
-        QTimer look;
-        connect(&look, &QTimer::timeout, this, [&] {
-            if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
-                for (const QAction* a : menu->actions()) seen << a->text();
-                menu->close();
-            }
-        });
-        look.start(20);
-        QTest::mousePress(button, Qt::LeftButton);
-        QTRY_VERIFY(!seen.isEmpty());
-        // The release ends in the menu: no Open dialog follows.
-        QTest::mouseRelease(button, Qt::LeftButton);
-        QCOMPARE(seen, (QStringList{"Open style...", "Open map..."}));
-    }
-
     void showOnMapCentresEachColumnInTurn() {
         const Found f = TopLidNear(*map_, 100, 100);
         map_->ShowTile(f.tile);
@@ -197,6 +177,26 @@ private slots:
     }
 
     void cleanupTestCase() { window_.reset(); }
+
+    // The tool bar's Open holds Open map: a press held opens the menu, and no arrow marks the button.
+    void openButtonHoldsOpenMap() {
+        auto* button = qobject_cast<QToolButton*>(W().Actions().open->associatedObjects().value(0));
+        QVERIFY(button && !button->menu());
+        QStringList seen;
+        QTimer look;
+        connect(&look, &QTimer::timeout, this, [&] {
+            if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+                for (const QAction* a : menu->actions()) seen << a->text();
+                menu->close();
+            }
+        });
+        look.start(20);
+        QTest::mousePress(button, Qt::LeftButton);
+        QTRY_VERIFY(!seen.isEmpty());
+        // The release ends in the menu: no Open dialog follows.
+        QTest::mouseRelease(button, Qt::LeftButton);
+        QCOMPARE(seen, (QStringList{"Open style...", "Open map..."}));
+    }
 };
 
 QTEST_MAIN(MapWindowTest)
