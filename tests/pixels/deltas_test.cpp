@@ -58,6 +58,11 @@ TEST_F(Deltas, RenderDeltaDrawsRunsInRowsOf256) {
     }
     EXPECT_EQ(pic.set, far);
     EXPECT_TRUE(hooks.messages().empty());
+
+    pic.set.clear();
+    doc.RenderDelta(0, 0, pic, kPaletteCount);
+    EXPECT_TRUE(pic.set.empty());
+    EXPECT_EQ(hooks.messages().size(), 1u) << "a palette the style lacks is named";
 }
 
 // Position 259 of a 32-wide sprite is row 1, column 3; the saved picture shows

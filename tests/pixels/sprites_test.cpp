@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "pixels/pictureimport.h"
 #include "scene.h"
 
 namespace ombrevale::pixeltest {
@@ -90,6 +91,11 @@ TEST_F(Scene, RowsPastTheStoreEndsAreShortNeverWritten) {
     doc.STYSpriteIndex.push_back({INT32_MIN, 12, 3, 0});
     const ByteString bits = doc.GetBits(9);
     EXPECT_EQ(bits.size(), 6u);
+    EXPECT_TRUE(pictureimport::SpriteNumbers(doc, 9, -1).empty()) << "no whole picture to fit an import to";
+    // One byte of its second row left: that byte first, as the bottom row.
+    const auto& d = doc.STYSpriteData;
+    doc.STYSpriteIndex.push_back({static_cast<std::int32_t>(d.size()) - 257, 4, 2, 0});
+    EXPECT_EQ(doc.GetBits(11), (ByteString{d.end()[-1], d.end()[-257], d.end()[-256], d.end()[-255], d.end()[-254]}));
     const std::size_t size = doc.STYSpriteData.size();
     ASSERT_TRUE(doc.SetBits(9, ByteString(36, 1)));
     EXPECT_EQ(doc.STYSpriteData.size(), size);

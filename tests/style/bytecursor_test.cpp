@@ -93,6 +93,11 @@ TEST(ByteCursorStream, ReadsWhatMemoryReadsHoweverTheStreamSplits) {
             EXPECT_FALSE(streamed.Failed());
         }
     }
+    // A stream that cannot seek as far as its length says has given out too.
+    Trickle shorter(bytes, 4093, bytes.size(), 1);
+    ByteCursor past(shorter, 2 * bytes.size());
+    past.Skip(bytes.size() + 1);
+    EXPECT_TRUE(past.Failed());
 }
 
 // The file shrinks between its length being read and its sections: the load

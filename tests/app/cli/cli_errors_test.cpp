@@ -143,6 +143,42 @@ INSTANTIATE_TEST_SUITE_P(
              "at most 5"}),
     [](const auto& row) { return std::string(row.param.name); });
 
+// A sprite's last row ends (height - 1) rows of 256 after its offset plus its width
+// rounded up to 4: a byte past the sprite data and it is refused, as is an own
+// palette the style does not have.
+TEST(CliHostileSprite, IsRefusedPastTheSpriteDataOrItsPalettes) {
+    ombrevale::testsupport::TempDir dir, out;
+    struct Sprite {
+        int offset, width, palette;
+        const char* says;  // empty: drawn
+    };
+    const Sprite sprites[] = {{252, 4, 0, ""}, {253, 4, 0, "lies outside the sprite data (offset 253, 4x2"},
+                              {248, 5, 0, ""}, {249, 5, 0, "outside"}, {241, 16, 0, "outside"},
+                              {0, 4, 64, "sprite 5 uses palette 64 but the style has 64 palettes"}};
+    sw::Bytes sprx, palx;
+    for (const auto& sp : sprites) {
+        sprx = sw::Cat({sprx, sw::LE32(sp.offset), {static_cast<std::uint8_t>(sp.width), 2}, sw::LE16(0)});
+        palx = sw::Cat({palx, sw::LE16(sp.palette)});
+    }
+    const std::string style = dir.File("s.sty");
+    sw::WriteFile(style, sw::StyleBytes()
+                             .Add("PPAL", sw::PalettePayload(std::vector<sw::PaletteBytes>(64)))
+                             .Add("PALX", palx)
+                             .Add("SPRX", sprx)
+                             .Add("SPRG", sw::Bytes(512, 1))
+                             .Add("PALB", sw::Cat({sw::LE16(0), sw::LE16(6), sw::Bytes(12, 0)}))
+                             .bytes());
+    for (int n = 0; n < 6; ++n) {
+        SCOPED_TRACE(n);
+        fs::remove(out.File("s.bmp"));
+        const auto r = RunCli({"sprite", style, std::to_string(n), out.File("s.bmp")});
+        if (*sprites[n].says)
+            ExpectOneLineAbout(r, style, sprites[n].says, out, 0);
+        else
+            EXPECT_TRUE(r.exitCode == 0 && fs::exists(out.File("s.bmp"))) << r.err;
+    }
+}
+
 // One row for each way a load fails; the document's own tests hold the many files behind each.
 struct BadStyle {
     const char* name;

@@ -309,6 +309,14 @@ TEST_F(Cli, CarPrintsARecordAndSetsItsFields) {
     QJsonArray others = InfoOf(dir_.File("OUT.sty"))["cars"].toArray();
     others[5] = info["cars"].toArray()[5];
     EXPECT_EQ(others, info["cars"].toArray());
+
+    // A record the file holds wider than the game takes is shown, and why it could not be set so.
+    sw::Bytes bytes = sw::ReadFile(kSample);
+    const auto cari = std::search(bytes.begin(), bytes.end(), std::begin("CARI"), std::end("CARI") - 1) + 8;
+    ASSERT_LT(cari, bytes.end());
+    cari[2] = 200;
+    sw::WriteFile(dir_.File("wide.sty"), bytes);
+    EXPECT_EQ(CarOf(dir_.File("wide.sty"), cari[0])["warnings"].toArray().size(), 1);
 }
 
 // car:N takes the car the Sprites list captions "Car: N", however it is spelt;
@@ -378,13 +386,14 @@ TEST_P(CliText, SetsTheLineInTheChosenFont) {
         narrowest = std::min(narrowest, 1 + (GetParam().firstGlyph + g) % 98);
     }
     const int box = fixed ? 0 : std::max(3, (sum + GetParam().glyphs / 2) / GetParam().glyphs);
-    int width = 0;
+    int width = 0, height = 0;  // the tallest glyph set
     for (const char32_t c : line) {
         const int offset = int(c) - '!';
         const bool has = c < 256 && (fixed || (offset >= 0 && offset < GetParam().glyphs));
         width += has ? 1 + (GetParam().firstGlyph + offset) % 98 : c == ' ' ? narrowest : box;
+        if (has) height = std::max(height, 14 + (GetParam().firstGlyph + offset) % 7);
     }
-    EXPECT_EQ(QImage(QString::fromStdString(out)).width(), width);
+    EXPECT_EQ(QImage(QString::fromStdString(out)).size(), QSize(width, height));
     EXPECT_NE(r.err.find("\u20AC\": "), std::string::npos) << r.err;
 }
 

@@ -46,7 +46,9 @@ TEST_P(KeptAfterTheEnd, RecoverGivesTheEditedStyle) {
         ::kill(static_cast<pid_t>(window.processId()), SIGKILL);
     }
     ASSERT_TRUE(window.waitForFinished(30000));
-    EXPECT_EQ(Cli({"recover"}).section('\t', 0, 0).toStdString(), style);
+    const QString listed = Cli({"recover"});
+    EXPECT_EQ(listed.section('\t', 0, 0).toStdString(), style);
+    EXPECT_EQ(listed.section('\t', 2, 2), "1 edit");
     int code = -1;
     Cli({"recover", QString::fromStdString(style), QString::fromStdString(dir.File("out.sty"))}, &code);
     EXPECT_EQ(code, 0);
