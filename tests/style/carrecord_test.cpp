@@ -117,9 +117,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 // Past 64 either way a door is one peds walk into; the 64 comes off its place.
 TEST(Doors, WalkInLoseTheir64) {
-    for (const auto& [rx, x, walkIn] :
-         {std::tuple{70, 6, true}, std::tuple{-70, -6, true}, std::tuple{64, 64, false}, std::tuple{65, 1, true},
-          std::tuple{-65, -1, true}}) {
+    for (const auto& [rx, x, walkIn] : {std::tuple{70, 6, true}, std::tuple{-70, -6, true}, std::tuple{64, 64, false},
+                                        std::tuple{65, 1, true}, std::tuple{-65, -1, true}}) {
         const cars::Door d = cars::DoorAt(static_cast<std::uint16_t>((rx & 0xFF) | (5 << 8)));
         EXPECT_EQ(std::tuple(d.x, d.y, d.walkIn), std::tuple(x, 5, walkIn)) << rx;
     }

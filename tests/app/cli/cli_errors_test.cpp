@@ -152,9 +152,10 @@ TEST(CliHostileSprite, IsRefusedPastTheSpriteDataOrItsPalettes) {
         int offset, width, palette;
         const char* says;  // empty: drawn
     };
-    const Sprite sprites[] = {{252, 4, 0, ""}, {253, 4, 0, "lies outside the sprite data (offset 253, 4x2"},
-                              {248, 5, 0, ""}, {249, 5, 0, "outside"}, {241, 16, 0, "outside"},
-                              {0, 4, 64, "sprite 5 uses palette 64 but the style has 64 palettes"}};
+    const Sprite sprites[] = {
+        {252, 4, 0, ""},         {253, 4, 0, "lies outside the sprite data (offset 253, 4x2"},
+        {248, 5, 0, ""},         {249, 5, 0, "outside"},
+        {241, 16, 0, "outside"}, {0, 4, 64, "sprite 5 uses palette 64 but the style has 64 palettes"}};
     sw::Bytes sprx, palx;
     for (const auto& sp : sprites) {
         sprx = sw::Cat({sprx, sw::LE32(sp.offset), {static_cast<std::uint8_t>(sp.width), 2}, sw::LE16(0)});
