@@ -66,17 +66,20 @@ private:
 
 namespace {
 
+// A map narrower than this shows too little of the city to find one's way in.
+constexpr QSize kSmallestMap(320, 240);
+
 // As wide as the wider side of the screen beside the main window leaves, when
 // that is wide enough for a map; else the usual size, over the main window.
 QSize RoomBeside(const QWidget* owner) {
     constexpr QSize kUsual(900, 760);
-    constexpr int kNarrowest = 320, kGap = 8;
+    constexpr int kGap = 8;
     const QScreen* screen = owner->screen();
     if (!screen) return kUsual;
     const QRect free = screen->availableGeometry(), main = owner->frameGeometry();
     const int frame = main.width() - owner->width();
     const int room = std::max(free.right() - main.right(), main.left() - free.left()) - kGap - frame;
-    return QSize(room >= kNarrowest ? std::min(room, kUsual.width()) : kUsual.width(), kUsual.height());
+    return QSize(room >= kSmallestMap.width() ? std::min(room, kUsual.width()) : kUsual.width(), kUsual.height());
 }
 
 }  // namespace
@@ -93,7 +96,7 @@ MapSheet::MapSheet(Host host, StyleDocument& doc, QWidget* window, QWidget* shee
         // Beside the main window, as the other views open, the first time it shows; on top
         // as the main window is, so that it is never lost under it.
         if (!window_->isVisible()) {
-            PlaceBeside(window_, window, RoomBeside(window));
+            PlaceBeside(window_, window, RoomBeside(window), kSmallestMap);
             SetTopMost(window_, true);
         }
         window_->show();

@@ -52,9 +52,8 @@ bool Free(const QRect& r, const QRect& screen, const std::vector<QRect>& taken) 
 
 }  // namespace
 
-void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted) {
+void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted, QSize smallest) {
     constexpr int kGap = 8;
-    constexpr QSize kSmallest(160, 120);
     const QScreen* screen = owner->screen();
     const QRect free = screen ? screen->availableGeometry() : QRect(0, 0, 1 << 14, 1 << 14);
     const QRect main = owner->frameGeometry();
@@ -63,7 +62,7 @@ void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted) {
     const std::vector<QRect> taken = Shown(owner, window);
     // Right of the main window, else left of it, else below or right of
     // another of its windows: the first room that holds the window, narrowed
-    // to it when that still shows a list.
+    // to it when that still leaves the smallest size.
     struct Room {
         QRect area;
         bool alignRight;
@@ -83,7 +82,7 @@ void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted) {
     for (std::size_t i = 1; i < taken.size(); ++i) rightOf(taken[i]);
     for (const Room& room : rooms) {
         const QSize outer = (wanted + frame).boundedTo(room.area.size());
-        if (outer.width() - frame.width() < kSmallest.width() || outer.height() - frame.height() < kSmallest.height())
+        if (outer.width() - frame.width() < smallest.width() || outer.height() - frame.height() < smallest.height())
             continue;
         const QRect at(
             QPoint(room.alignRight ? room.area.right() + 1 - outer.width() : room.area.left(), room.area.top()), outer);
@@ -98,7 +97,8 @@ void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted) {
     const bool right = free.right() - main.right() >= main.left() - free.left();
     int x = right ? main.right() + 1 + kGap : main.left() - kGap - size.width() - frame.width();
     x = std::clamp(x, free.left(), std::max(free.left(), free.right() + 1 - size.width() - frame.width()));
-    window->move(x, std::clamp(main.top(), free.top(), std::max(free.top(), free.bottom() + 1 - size.height())));
+    window->move(x, std::clamp(main.top(), free.top(),
+                               std::max(free.top(), free.bottom() + 1 - size.height() - frame.height())));
 }
 
 }  // namespace ombrevale::workbench

@@ -4,8 +4,7 @@
 // and filled anew while it shows whenever the document changes.
 
 #include <QListWidget>
-
-class QSize;
+#include <QSize>
 
 namespace ombrevale::workbench {
 
@@ -33,7 +32,8 @@ private:
 };
 
 // Sizes window to wanted (at most the screen's free area) and puts it right
-// of owner, or left of it where the right has no room; top edges level.
-void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted);
+// of owner, or left of it where the right has no room; top edges level. A room
+// narrower than smallest is passed over: then the window stands partly over owner.
+void PlaceBeside(QWidget* window, const QWidget* owner, QSize wanted, QSize smallest = QSize(160, 120));
 
 }  // namespace ombrevale::workbench

@@ -176,6 +176,16 @@ private slots:
         QCOMPARE(map_->Path(), QStringLiteral(OMBREVALE_SAMPLE_MAP));
     }
 
+    // Too little room on either side of the main window: the map opens at its usual size, over it.
+    void aNarrowRoomGivesWayToTheMap() {
+        const QRect free = W().screen()->availableGeometry();
+        map_->hide();
+        W().setGeometry(free.left() + 100, 40, free.width() - 300, 400);
+        QVERIFY(W().Views().map->Open(QStringLiteral(OMBREVALE_SAMPLE_MAP)));
+        QVERIFY(map_->width() >= 320);
+        QVERIFY(free.contains(map_->frameGeometry()));
+    }
+
     void cleanupTestCase() { window_.reset(); }
 
     // The tool bar's Open holds Open map: a press held opens the menu, and no arrow marks the button.
